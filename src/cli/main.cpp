@@ -1,0 +1,75 @@
+#include "batchconverter.h"
+
+#include <QCommandLineParser>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QThreadPool>
+
+#include <cstdio>
+
+namespace {
+
+constexpr int exitConverted = 0;
+constexpr int exitNotConverted = 1;
+constexpr int exitUsage = 2;
+
+int usageError(const QCommandLineParser& parser, const QString& message) {
+    std::fprintf(stderr, "brevio-convert: %s\n\n%s", qPrintable(message),
+                 qPrintable(parser.helpText()));
+    return exitUsage;
+}
+
+} // namespace
+
+int main(int argc, char* argv[]) {
+    // A headless tool: draw without any display unless told otherwise.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QGuiApplication app(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("brevio-convert"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(BREVIO_VERSION));
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral(
+        "Converts transmitter configuration files (.json) into PDF reports.\n"
+        "Each report is written next to its file, with \".json\" replaced by \".pdf\"."));
+    const QCommandLineOption helpOption = parser.addHelpOption();
+    const QCommandLineOption versionOption = parser.addVersionOption();
+    const QCommandLineOption jobsOption(
+        {QStringLiteral("j"), QStringLiteral("jobs")},
+        QStringLiteral("Convert at most <N> files at the same time."), QStringLiteral("N"));
+    parser.addOption(jobsOption);
+    parser.addPositionalArgument(QStringLiteral("FILE"),
+                                 QStringLiteral("Configuration files to convert."),
+                                 QStringLiteral("FILE..."));
+
+    if (!parser.parse(QCoreApplication::arguments()))
+        return usageError(parser, parser.errorText());
+    if (parser.isSet(helpOption)) {
+        std::fputs(qPrintable(parser.helpText()), stdout);
+        return exitConverted;
+    }
+    if (parser.isSet(versionOption)) {
+        std::printf("brevio-convert %s\n", BREVIO_VERSION);
+        return exitConverted;
+    }
+    if (parser.isSet(jobsOption)) {
+        bool ok = false;
+        const int jobs = parser.value(jobsOption).toInt(&ok);
+        if (!ok || jobs < 1)
+            return usageError(parser, QStringLiteral("--jobs needs a whole number of at least 1, "
+                                                     "not \"%1\"")
+                                          .arg(parser.value(jobsOption)));
+        QThreadPool::globalInstance()->setMaxThreadCount(jobs);
+    }
+    const QStringList files = parser.positionalArguments();
+    if (files.isEmpty())
+        return usageError(parser, QStringLiteral("no files given"));
+
+    BatchConverter batch(files, stdout, stderr);
+    QObject::connect(&batch, &BatchConverter::done, &app, &QCoreApplication::quit,
+                     Qt::QueuedConnection);
+    batch.start();
+    app.exec();
+    return batch.allConverted() ? exitConverted : exitNotConverted;
+}

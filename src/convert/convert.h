@@ -1,0 +1,75 @@
+#ifndef BREVIO_CONVERT_H
+#define BREVIO_CONVERT_H
+
+#include <QFont>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QObject>
+#include <QString>
+#include <QVariant>
+#include <QVector>
+
+class QPainter;
+class QPrinter;
+
+// One conversion: reads a device's JSON configuration into the record below
+// and draws the PDF report from it. Created on the GUI thread, runs
+// readJsonFile() once on a pool thread and is not reused; it ends by emitting
+// exactly one of finished() and aborted(), which the owner connects to
+// deleteLater().
+class convert : public QObject {
+    Q_OBJECT
+
+public:
+    explicit convert(QObject* parent = nullptr);
+    ~convert() override;
+
+    void readJsonFile(QString jsonPath, QString pdfPath);
+
+    void readMainConfiguration(const QJsonObject& document);
+    void readOutputs(const QJsonArray& outputs);
+    void readDisplay(const QJsonObject& display);
+    void readTlf(const QJsonObject& tlf);
+    void readRelais(const QJsonArray& relais);
+    void readOffset(const QJsonArray& offsets);
+    void readModbus(const QJsonObject& modbus);
+    void readService(const QJsonObject& service);
+
+    void printPdf(QString pdfPath);
+    void printOutput(QPainter& painter, QPrinter& printer);
+    void printDisplay(QPainter& painter, QPrinter& printer);
+    void printTlf(QPainter& painter, QPrinter& printer);
+    void printRelais(QPainter& painter, QPrinter& printer);
+
+    bool newPage(int& y);
+
+    // The configuration record: every entry is QJsonValue::toVariant() of one
+    // member, unconverted, at a fixed index per section.
+    QVector<QVariant> mainValues;
+    QVector<QVariant> displayValues;
+    QVector<QVariant> tlfValues;
+    QVector<QVariant> modbusValues;
+    QVector<QVariant> serviceValues;
+    QVector<QVector<QVariant>> outputValues;
+    QVector<QVector<QVariant>> relaisValues;
+    QVector<QVector<QVariant>> offsetValues;
+
+    // Top of the next text line on the current page, in printer pixels.
+    // Left uninitialised on purpose: printPdf() sets it before first use.
+    int reportCursor;
+    QFont headingFont;
+    QFont bodyFont;
+    QString sourcePath;
+
+signals:
+    void newPbarValue(int value);
+    void finished();
+    void aborted();
+
+private:
+    // Advances reportCursor by one line step, starting a printer page when
+    // the step crosses the page limit.
+    void advanceLine(QPrinter& printer);
+};
+
+#endif

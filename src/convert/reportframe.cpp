@@ -1,0 +1,149 @@
+#include "convert.h"
+
+#include "reportlayout.h"
+
+#include <QImage>
+#include <QPageLayout>
+#include <QPageSize>
+#include <QPainter>
+#include <QPrinter>
+#include <QRectF>
+#include <QStringList>
+
+using namespace reportLayout;
+
+namespace {
+
+// Decoded once per process; QImage is implicitly shared and only read, so
+// every job can draw the same copy from its own thread.
+const QImage& reportLogo() {
+    static const QImage logo(QStringLiteral(":/img/veltrixLogoMain.png"));
+    return logo;
+}
+
+// The text before the first capital "T" of a date-time such as
+// 2020-03-17T10:15:00.
+QString datePart(const QVariant& value) {
+    return value.toString().split(QLatin1Char('T')).first();
+}
+
+} // namespace
+
+void convert::advanceLine(QPrinter& printer) {
+    if (newPage(reportCursor))
+        printer.newPage();
+}
+
+void convert::printPdf(QString pdfPath) {
+    QPrinter printer(QPrinter::HighResolution);
+    printer.setOutputFormat(QPrinter::PdfFormat);
+    // Without an explicit page the size follows the machine's default
+    // printer; the layout is made for A4 portrait.
+    printer.setPageSize(QPageSize(QPageSize::A4));
+    printer.setPageOrientation(QPageLayout::Portrait);
+
+    if (!pdfPath.endsWith(QLatin1String(".pdf")))
+        pdfPath.replace(QLatin1String(".json"), QLatin1String(".pdf"));
+    printer.setOutputFileName(pdfPath);
+    QPainter painter(&printer);
+    if (!painter.isActive()) {
+        // The file could not be opened for writing: there is nothing to draw
+        // on, but the job still counts through its steps and finishes.
+        for (int step = 9; step <= 17; ++step)
+            emit newPbarValue(step);
+        return;
+    }
+
+    bodyFont.setPixelSize(bodyPixelSize);
+    QFont pathFont;
+    pathFont.setPixelSize(pathPixelSize);
+    headingFont.setPixelSize(headingPixelSize);
+    headingFont.setWeight(QFont::Bold);
+    painter.setFont(bodyFont);
+
+    const QImage& logo = reportLogo();
+    const int logoWidth = 4 * logo.width();
+    const int logoHeight = 4 * logo.height();
+    painter.drawImage(QRectF(marginLeft, pageTop, logoWidth, logoHeight), logo);
+
+    reportCursor = pageTop;
+    const int titleLeft = 9424 - logoWidth;
+    painter.drawText(QRect(titleLeft, pageTop, logoWidth, logoHeight), wrapFlags,
+                     tr("Quandel Protokoll vom:\n") + mainValues.value(1).toString());
+    painter.setFont(pathFont);
+    painter.drawText(QRect(titleLeft, 950, logoWidth, logoHeight), wrapFlags, sourcePath);
+    emit newPbarValue(9);
+
+    reportCursor += logoHeight + 740;
+    painter.setFont(headingFont);
+    painter.drawText(QRect(marginLeft, reportCursor, fullWidth, 280), lineFlags,
+                     tr("Allgemeine Einstellungen:"));
+    advanceLine(printer);
+    painter.setFont(bodyFont);
+
+    if (mainValues.size() >= 8) {
+        const int c = reportCursor;
+        const QRect generalRight(rightColumnLeft, c, 4962, lineHeight);
+        painter.drawText(leftColumn(c), lineFlags, tr("Name: ") + mainValues[0].toString());
+        painter.drawText(leftColumn(c + lineStep), lineFlags,
+                         tr("Ort: ") + mainValues[2].toString());
+        painter.drawText(leftColumn(c + 2 * lineStep), lineFlags,
+                         tr("Spannungsuntergrenze [V]: ") + mainValues[4].toString());
+        painter.drawText(leftColumn(c + 3 * lineStep), lineFlags,
+                         tr("Versionsnummer: ") + mainValues[7].toString());
+        painter.drawText(generalRight, lineFlags,
+                         tr("Einheitensystem: ") +
+                             (mainValues[5].toInt() == 1 ? QStringLiteral("Si")
+                                                         : QStringLiteral("Imp")));
+        painter.drawText(generalRight.translated(0, lineStep), lineFlags,
+                         tr("Höhe [m]: ") + mainValues[3].toString());
+    }
+    reportCursor += 1810;
+
+    emit newPbarValue(10);
+    printOutput(painter, printer);
+    emit newPbarValue(11);
+    printDisplay(painter, printer);
+    emit newPbarValue(12);
+    printTlf(painter, printer);
+    emit newPbarValue(13);
+    printRelais(painter, printer);
+    emit newPbarValue(14);
+    emit newPbarValue(15);
+
+    // Modbus: the relay section leaves the cursor on the heading's line.
+    painter.setFont(headingFont);
+    painter.drawText(fullLine(reportCursor), lineFlags, tr("Modbus"));
+    painter.setFont(bodyFont);
+    if (modbusValues.size() >= 5) {
+        const QString labels[] = {tr("Offset: "), tr("Baudrate: "), tr("Adresse: "),
+                                  tr("Übertragungsart: "), tr("Parität: ")};
+        for (int i = 0; i < 5; ++i) {
+            advanceLine(printer);
+            painter.drawText(leftColumn(reportCursor), lineFlags,
+                             labels[i] + modbusValues[i].toString());
+        }
+    }
+    emit newPbarValue(16);
+
+    advanceLine(printer);
+    advanceLine(printer);
+    painter.setFont(headingFont);
+    painter.drawText(fullLine(reportCursor), lineFlags, tr("Service: "));
+    painter.setFont(bodyFont);
+    if (serviceValues.size() >= 4) {
+        const QString lines[] = {
+            tr("Letzter Service: ") + datePart(serviceValues[0]),
+            tr("Nächster Service: ") + serviceValues[1].toString() + QLatin1Char(' ') + tr("Tage"),
+            tr("Letzte Kalibrierung: ") + datePart(serviceValues[2]),
+            tr("Nächste  Kalibirierung: ") + serviceValues[3].toString() + QLatin1Char(' ') +
+                tr("Tage")};
+        for (const QString& line : lines) {
+            advanceLine(printer);
+            painter.drawText(leftColumn(reportCursor), lineFlags, line);
+        }
+    }
+
+    emit newPbarValue(17);
+    painter.end();
+}

@@ -1,0 +1,72 @@
+#include "jobrunner.h"
+
+#include "convert.h"
+
+#include <QDir>
+#include <QEventLoop>
+#include <QFile>
+#include <QFileInfo>
+#include <QThreadPool>
+#include <QTimer>
+#include <QtConcurrent>
+
+JobOutcome runJob(const QString& path, int timeoutMs) {
+    JobOutcome outcome;
+    auto* job = new convert(nullptr);
+    QEventLoop loop;
+    // Queued into this thread, as the window receives them.
+    QObject::connect(job, &convert::newPbarValue, &loop,
+                     [&outcome](int value) { outcome.progress.append(value); });
+    QObject::connect(job, &convert::finished, &loop, [&] {
+        ++outcome.finishedCount;
+        loop.quit();
+    });
+    QObject::connect(job, &convert::aborted, &loop, [&] {
+        ++outcome.abortedCount;
+        loop.quit();
+    });
+    QObject::connect(job, &convert::finished, job, &QObject::deleteLater);
+    QObject::connect(job, &convert::aborted, job, &QObject::deleteLater);
+    QTimer::singleShot(timeoutMs, &loop, [&] {
+        outcome.timedOut = true;
+        loop.quit();
+    });
+    QtConcurrent::run(QThreadPool::globalInstance(), job, &convert::readJsonFile, path, path);
+    loop.exec();
+    // Let the deferred deletion and any late signal arrive.
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QCoreApplication::processEvents();
+    return outcome;
+}
+
+QString reportPathFor(const QString& jsonPath) {
+    QString report = jsonPath;
+    if (!report.endsWith(QLatin1String(".pdf")))
+        report.replace(QLatin1String(".json"), QLatin1String(".pdf"));
+    return report;
+}
+
+QString testData(const QString& name) {
+    return QStringLiteral(BREVIO_SOURCE_DIR "/tests/data/") + name;
+}
+
+QString exampleFile(const QString& name) {
+    return QStringLiteral(BREVIO_SOURCE_DIR "/examples/") + name;
+}
+
+QString copyTestData(const QString& name, const QString& dir, const QString& as) {
+    const QString target = QDir(dir).filePath(as.isEmpty() ? QFileInfo(name).fileName() : as);
+    QFile::remove(target);
+    QFile::copy(testData(name), target);
+    QFile::setPermissions(target, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup |
+                                      QFile::ReadOther);
+    return target;
+}
+
+QString writeFile(const QString& dir, const QString& name, const QByteArray& bytes) {
+    const QString target = QDir(dir).filePath(name);
+    QFile file(target);
+    if (file.open(QIODevice::WriteOnly | QIODevice::Truncate))
+        file.write(bytes);
+    return target;
+}

@@ -1,0 +1,38 @@
+#ifndef BREVIO_TESTS_JOBRUNNER_H
+#define BREVIO_TESTS_JOBRUNNER_H
+
+#include <QList>
+#include <QString>
+
+// What one conversion job reported, in the order it reported it.
+struct JobOutcome {
+    QList<int> progress;
+    int finishedCount = 0;
+    int abortedCount = 0;
+    bool timedOut = false;
+
+    bool finished() const { return finishedCount == 1 && abortedCount == 0 && !timedOut; }
+    bool aborted() const { return abortedCount == 1 && finishedCount == 0 && !timedOut; }
+};
+
+// Runs convert::readJsonFile(path, path) on the global thread pool, the way
+// the window starts a job, and waits (event loop running) until it ends.
+JobOutcome runJob(const QString& path, int timeoutMs = 60000);
+
+// The report path a job writes for a configuration path.
+QString reportPathFor(const QString& jsonPath);
+
+// The absolute path of a file in tests/data.
+QString testData(const QString& name);
+
+// The absolute path of a bundled example configuration.
+QString exampleFile(const QString& name);
+
+// Copies a file from tests/data into dir under the given name and returns
+// the copy's path.
+QString copyTestData(const QString& name, const QString& dir, const QString& as = QString());
+
+// Writes bytes to dir/name and returns the path.
+QString writeFile(const QString& dir, const QString& name, const QByteArray& bytes);
+
+#endif
