@@ -1,13 +1,155 @@
 #include "convert.h"
 
+#include "jsonrecord.h"
+#include "reportlayout.h"
+#include "unitname.h"
+
 #include <QPainter>
 #include <QPrinter>
 
+using namespace reportLayout;
+
+namespace {
+
+// A channel block is a heading and three rows; the next block starts one
+// empty line below the last row.
+constexpr int outputBlockAdvance = 5 * lineStep;
+// Room the whole block needs below its top before the page limit.
+constexpr int outputBlockReserve = 6 * lineStep;
+// An entry needs its values up to the upper range end (index 9) to be drawn.
+constexpr int outputEntryMinimum = 10;
+
+QString fanMakerName(int code) {
+    switch (code) {
+    case 0:
+        return QStringLiteral("Rosenberg/Comefri/Gebhardt Nicotra");
+    case 1:
+        return QStringLiteral("Ziehl-Abegg/EBM-Papst");
+    case 2:
+        return QStringLiteral("Fläkt Woods");
+    default:
+        return QStringLiteral("Unbekannst: Id ") + QString::number(code);
+    }
+}
+
+} // namespace
+
+QString unitName(int code) {
+    switch (code) {
+    case 1:
+        // The firmware's own name carries the blank; reports have always shown it.
+        return QStringLiteral("Grad_C ");
+    case 2:
+        return QStringLiteral("Grad_F");
+    case 3:
+        return QStringLiteral("Prozent");
+    case 4:
+        return QStringLiteral("g_m3");
+    case 5:
+        return QStringLiteral("kJ_kg");
+    case 6:
+        return QStringLiteral("BTU_lb");
+    case 7:
+        return QStringLiteral("ppm");
+    case 8:
+        return QStringLiteral("ppb");
+    case 9:
+        return QStringLiteral("Pa");
+    case 10:
+        return QStringLiteral("hPa");
+    case 11:
+        return QStringLiteral("kPa");
+    case 12:
+        return QStringLiteral("mbar");
+    case 13:
+        return QStringLiteral("bar");
+    case 14:
+        return QStringLiteral("inchWC");
+    case 15:
+        return QStringLiteral("m3_s");
+    case 16:
+        return QStringLiteral("m3_h");
+    case 17:
+        return QStringLiteral("cfm");
+    case 18:
+        return QStringLiteral("klux");
+    case 19:
+        return QStringLiteral("lux");
+    case 20:
+        return QStringLiteral("fc");
+    case 21:
+        return QStringLiteral("grain_ft3");
+    case 2147483647:
+        // The firmware's end marker of its unit enumeration.
+        return QStringLiteral("MAX2");
+    default:
+        return QString();
+    }
+}
+
 void convert::readOutputs(const QJsonArray& outputs) {
-    Q_UNUSED(outputs)
+    outputValues.clear();
+    // The size is asked on every pass: each element yields exactly one entry,
+    // whatever its type, so the channel numbers follow the array positions.
+    for (int i = 0; i < outputs.size(); ++i) {
+        const QJsonObject channel = outputs.at(i).toObject();
+        QVector<QVariant> values;
+        values.reserve(13);
+        appendMembers(values, channel,
+                      {"channel", "range", "unit", "k_factor", "producer", "response"});
+        appendMeasure(values, channel);
+        outputValues.append(std::move(values));
+    }
 }
 
 void convert::printOutput(QPainter& painter, QPrinter& printer) {
-    Q_UNUSED(painter)
-    Q_UNUSED(printer)
+    for (int i = 0; i < outputValues.size(); ++i) {
+        const QVector<QVariant>& values = outputValues.at(i);
+        // A short entry is left out but keeps its number, so the printed
+        // channel numbers still match the device's channel positions.
+        if (values.size() < outputEntryMinimum)
+            continue;
+
+        // The block is never split: if it would reach past the page limit it
+        // moves to the next page as a whole.
+        if (reportCursor + outputBlockReserve >= pageLimit) {
+            printer.newPage();
+            reportCursor = pageTop;
+        }
+        const int top = reportCursor;
+        const int row1 = top + lineStep;
+        const int row2 = top + 2 * lineStep;
+        const int row3 = top + 3 * lineStep;
+
+        painter.setFont(headingFont);
+        painter.drawText(leftColumn(top), lineFlags,
+                         tr("Ausgang ") + QString::number(i + 1) + QStringLiteral(": ") +
+                             values[6].toString());
+        painter.setFont(bodyFont);
+
+        const QString unit = unitName(values[7].toInt());
+        if (values[6].toString() == QLatin1String("PRESSURE")) {
+            // A pressure channel has no fan behind it: no K-factor, maker or
+            // response time, so its rows stay in the left column.
+            painter.drawText(leftColumn(row1), lineFlags, tr("Einheit: ") + unit);
+            painter.drawText(leftColumn(row2), lineFlags,
+                             tr("Messbereich Untergrenze: ") + values[8].toString());
+            painter.drawText(leftColumn(row3), lineFlags,
+                             tr("Messbereich Obergrenze: ") + values[9].toString());
+        } else {
+            painter.drawText(leftColumn(row1), lineFlags, tr("K-Faktor: ") + values[3].toString());
+            painter.drawText(rightColumn(row1), lineFlags, tr("Einheit: ") + unit);
+            painter.drawText(leftColumn(row2), lineFlags,
+                             tr("Hersteller: ") + fanMakerName(values[4].toInt()));
+            painter.drawText(rightColumn(row2), lineFlags,
+                             tr("Messbereich Untergrenze: ") + values[8].toString());
+            painter.drawText(leftColumn(row3), lineFlags,
+                             tr("Ansprechzeit [s]: ") + values[5].toString());
+            painter.drawText(rightColumn(row3), lineFlags,
+                             tr("Messbereich Obergrenze: ") + values[9].toString());
+        }
+        // No page check here: the next block's own check decides its page,
+        // and the display heading after the last block relies on this line.
+        reportCursor = top + outputBlockAdvance;
+    }
 }
