@@ -1,9 +1,10 @@
+#include "mainwindow.h"
+
 #include <QApplication>
-#include <QLabel>
 
 int main(int argc, char* argv[]) {
     QApplication app(argc, argv);
-    QLabel placeholder(QStringLiteral("Brevio [Beta]"));
-    placeholder.show();
+    MainWindow window;
+    window.show();
     return app.exec();
 }

@@ -1,0 +1,45 @@
+#ifndef BREVIO_LISTWIDGETCONTAINER_H
+#define BREVIO_LISTWIDGETCONTAINER_H
+
+#include <QString>
+#include <QWidget>
+
+class QLineEdit;
+class QProgressBar;
+class QResizeEvent;
+
+// One row of the file list: the report path, the conversion's progress and
+// the remove / rename / convert buttons. The row never touches the list or
+// starts a conversion itself; it asks the window through its signals.
+class ListWidgetContainer : public QWidget {
+    Q_OBJECT
+
+public:
+    ListWidgetContainer(QWidget* parent, QString path);
+
+    // The report path, ending in ".pdf". The configuration file that a
+    // conversion reads is derived from it, so a rename changes the input too.
+    QString filePath;
+    // The bar doubles as the row's "already converted" mark: the window
+    // converts a row only while its value is 0.
+    QProgressBar* pBar = nullptr;
+    QLineEdit* lineEdit = nullptr;
+
+signals:
+    void deleteMe();
+    void newName(QString s);
+    void konvertMe();
+
+public slots:
+    void setPbarRange(int min, int max);
+    void setPbarValue(int value);
+    void setTextElided();
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void askForNewName();
+};
+
+#endif
