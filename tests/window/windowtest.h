@@ -1,0 +1,90 @@
+#ifndef BREVIO_TESTS_WINDOWTEST_H
+#define BREVIO_TESTS_WINDOWTEST_H
+
+#include <QList>
+#include <QPoint>
+#include <QString>
+#include <QStringList>
+#include <QTimer>
+#include <QUrl>
+
+#include <functional>
+
+class QAbstractButton;
+class QWidget;
+class QFileDialog;
+class QMessageBox;
+
+// Collects everything logged through qDebug and friends while it lives,
+// then hands the handler back to the test framework.
+class LogCapture {
+public:
+    LogCapture();
+    ~LogCapture();
+    QStringList messages() const;
+};
+
+// Answers the next application-modal dialog from inside its event loop.
+// A dialog that nobody expected is answered too (closed), so a test never
+// hangs; the test then sees it in seen() / count().
+class ModalAnswerer {
+public:
+    using Handler = std::function<void(QWidget*)>;
+    // handler runs once per dialog; it must close the dialog.
+    explicit ModalAnswerer(Handler handler = Handler());
+    ~ModalAnswerer();
+
+    int count() const { return dialogs.size(); }
+    bool seen() const { return !dialogs.isEmpty(); }
+
+    // What was seen of each dialog before it was answered.
+    struct Seen {
+        QString className;
+        QString title;
+        QString text;
+        QString directory;
+        QString fileName;
+        int acceptMode = -1;
+        int fileMode = -1;
+        QStringList buttons;
+        bool hasDefaultButton = false;
+        bool hasParent = false;
+    };
+    QList<Seen> dialogs;
+
+private:
+    void poll();
+    QTimer timer;
+    Handler handler;
+};
+
+// Handlers for ModalAnswerer.
+void clickMessageBoxOk(QWidget* dialog);
+// Types text into the file dialog's name field and accepts it; several
+// names are given in the dialog's own quoted form.
+ModalAnswerer::Handler chooseFiles(const QString& directory, const QStringList& names);
+ModalAnswerer::Handler typeSaveName(const QString& text);
+void rejectDialog(QWidget* dialog);
+
+// Moves the pointer onto the button (so the button knows where the press
+// starts), then presses and releases the left button there.
+void pointAndClick(QAbstractButton* button);
+
+// Delivers a drag carrying urls to the widget: enter, then drop if the
+// enter was accepted. Returns whether the enter was accepted.
+bool dragAndDrop(QWidget* target, const QList<QUrl>& urls);
+
+// Watches, through QtCore's object hooks, the conversion jobs that the
+// window creates and deletes; the job class itself stays untouched.
+class JobWatch {
+public:
+    JobWatch();
+    ~JobWatch();
+    // Identifies the jobs among the objects created on the GUI thread since
+    // the last call; call it right after the code that starts jobs.
+    int collect();
+    int created() const;
+    int alive() const;
+};
+
+#endif
