@@ -55,11 +55,14 @@ void BatchConverter::start() {
         entry.reportModifiedBefore = report.lastModified();
 
         auto* job = new convert(nullptr);
+        // Queued calls are posted in connection order, and once the deferred
+        // deletion has run a call still waiting for the deleted sender is
+        // dropped: the outcome must be connected before deleteLater.
+        connect(job, &convert::finished, this, [this, index] { jobEnded(index, true); });
+        connect(job, &convert::aborted, this, [this, index] { jobEnded(index, false); });
         connect(job, &convert::finished, job, &QObject::deleteLater);
         connect(job, &convert::aborted, job, &QObject::deleteLater);
         connect(qApp, &QCoreApplication::aboutToQuit, job, &QObject::deleteLater);
-        connect(job, &convert::finished, this, [this, index] { jobEnded(index, true); });
-        connect(job, &convert::aborted, this, [this, index] { jobEnded(index, false); });
         QtConcurrent::run(QThreadPool::globalInstance(), job, &convert::readJsonFile,
                           entry.jsonPath, entry.jsonPath);
     }
@@ -97,7 +100,8 @@ void BatchConverter::flushReady() {
         std::fputs("\r\033[K", err);
     for (; nextToPrint < entries.size() && entries[nextToPrint].ended; ++nextToPrint) {
         const Entry& entry = entries[nextToPrint];
-        const QString prefix = QStringLiteral("brevio-convert: ") + entry.given + QStringLiteral(": ");
+        const QString prefix =
+            QStringLiteral("brevio-convert: ") + entry.given + QStringLiteral(": ");
         if (!entry.warning.isEmpty())
             printLine(err, prefix + QStringLiteral("warning: ") + entry.warning);
         if (entry.converted)

@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QThreadPool>
+#include <QTimer>
 
 #include <cstdio>
 
@@ -12,6 +13,13 @@ namespace {
 constexpr int exitConverted = 0;
 constexpr int exitNotConverted = 1;
 constexpr int exitUsage = 2;
+
+// The toolkit's own debug output and warnings (runtime directory, font
+// fallbacks) are not this tool's messages; stderr carries only ours.
+void quietToolkit(QtMsgType type, const QMessageLogContext&, const QString& message) {
+    if (type == QtCriticalMsg || type == QtFatalMsg)
+        std::fprintf(stderr, "brevio-convert: %s\n", qPrintable(message));
+}
 
 int usageError(const QCommandLineParser& parser, const QString& message) {
     std::fprintf(stderr, "brevio-convert: %s\n\n%s", qPrintable(message),
@@ -25,6 +33,8 @@ int main(int argc, char* argv[]) {
     // A headless tool: draw without any display unless told otherwise.
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (qEnvironmentVariableIsEmpty("BREVIO_DEBUG"))
+        qInstallMessageHandler(quietToolkit);
     QGuiApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("brevio-convert"));
     QCoreApplication::setApplicationVersion(QStringLiteral(BREVIO_VERSION));
@@ -69,7 +79,8 @@ int main(int argc, char* argv[]) {
     BatchConverter batch(files, stdout, stderr);
     QObject::connect(&batch, &BatchConverter::done, &app, &QCoreApplication::quit,
                      Qt::QueuedConnection);
-    batch.start();
+    // Jobs start from inside the event loop that receives their signals.
+    QTimer::singleShot(0, &batch, &BatchConverter::start);
     app.exec();
     return batch.allConverted() ? exitConverted : exitNotConverted;
 }

@@ -40,9 +40,8 @@ void convert::readMainConfiguration(const QJsonObject& document) {
     const QJsonObject configuration = document.value(QLatin1String("configuration")).toObject();
 
     mainValues.clear();
-    static const char* const generalKeys[] = {"name",    "date",          "location",
-                                              "altitude", "voltage",      "measureSystem",
-                                              "boardType", "version"};
+    static const char* const generalKeys[] = {"name",    "date",          "location",  "altitude",
+                                              "voltage", "measureSystem", "boardType", "version"};
     for (const char* key : generalKeys)
         mainValues.append(configuration.value(QLatin1String(key)).toVariant());
     emit newPbarValue(1);

@@ -10,7 +10,8 @@ void convert::readOffset(const QJsonArray& offsets) {
 
 void convert::readModbus(const QJsonObject& modbus) {
     modbusValues.clear();
-    appendMembers(modbusValues, modbus, {"offset", "transmissionRate", "address", "mode", "parity"});
+    appendMembers(modbusValues, modbus,
+                  {"offset", "transmissionRate", "address", "mode", "parity"});
 }
 
 void convert::readService(const QJsonObject& service) {

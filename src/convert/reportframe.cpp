@@ -92,9 +92,9 @@ void convert::printPdf(QString pdfPath) {
         painter.drawText(leftColumn(c + 3 * lineStep), lineFlags,
                          tr("Versionsnummer: ") + mainValues[7].toString());
         painter.drawText(generalRight, lineFlags,
-                         tr("Einheitensystem: ") +
-                             (mainValues[5].toInt() == 1 ? QStringLiteral("Si")
-                                                         : QStringLiteral("Imp")));
+                         tr("Einheitensystem: ") + (mainValues[5].toInt() == 1
+                                                        ? QStringLiteral("Si")
+                                                        : QStringLiteral("Imp")));
         painter.drawText(generalRight.translated(0, lineStep), lineFlags,
                          tr("Höhe [m]: ") + mainValues[3].toString());
     }
@@ -132,12 +132,12 @@ void convert::printPdf(QString pdfPath) {
     painter.drawText(fullLine(reportCursor), lineFlags, tr("Service: "));
     painter.setFont(bodyFont);
     if (serviceValues.size() >= 4) {
-        const QString lines[] = {
-            tr("Letzter Service: ") + datePart(serviceValues[0]),
-            tr("Nächster Service: ") + serviceValues[1].toString() + QLatin1Char(' ') + tr("Tage"),
-            tr("Letzte Kalibrierung: ") + datePart(serviceValues[2]),
-            tr("Nächste  Kalibirierung: ") + serviceValues[3].toString() + QLatin1Char(' ') +
-                tr("Tage")};
+        const QString lines[] = {tr("Letzter Service: ") + datePart(serviceValues[0]),
+                                 tr("Nächster Service: ") + serviceValues[1].toString() +
+                                     QLatin1Char(' ') + tr("Tage"),
+                                 tr("Letzte Kalibrierung: ") + datePart(serviceValues[2]),
+                                 tr("Nächste  Kalibirierung: ") + serviceValues[3].toString() +
+                                     QLatin1Char(' ') + tr("Tage")};
         for (const QString& line : lines) {
             advanceLine(printer);
             painter.drawText(leftColumn(reportCursor), lineFlags, line);

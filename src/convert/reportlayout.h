@@ -25,10 +25,16 @@ constexpr int pathPixelSize = 150;
 constexpr int lineFlags = Qt::AlignLeft | Qt::AlignVCenter;
 constexpr int wrapFlags = Qt::AlignLeft | Qt::AlignVCenter | Qt::TextWordWrap;
 
-inline QRect fullLine(int top) { return QRect(marginLeft, top, fullWidth, lineHeight); }
-inline QRect leftColumn(int top) { return QRect(marginLeft, top, columnWidth, lineHeight); }
+inline QRect fullLine(int top) {
+    return QRect(marginLeft, top, fullWidth, lineHeight);
+}
+inline QRect leftColumn(int top) {
+    return QRect(marginLeft, top, columnWidth, lineHeight);
+}
 // The right column of the section blocks ends at the full-width line's edge.
-inline QRect rightColumn(int top) { return QRect(rightColumnLeft, top, columnWidth, lineHeight); }
+inline QRect rightColumn(int top) {
+    return QRect(rightColumnLeft, top, columnWidth, lineHeight);
+}
 
 } // namespace reportLayout
 

@@ -37,9 +37,13 @@ PdfReport::PdfReport(const QString& path) : document(Poppler::Document::load(pat
 
 PdfReport::~PdfReport() = default;
 
-bool PdfReport::isValid() const { return document && !document->isLocked(); }
+bool PdfReport::isValid() const {
+    return document && !document->isLocked();
+}
 
-int PdfReport::pageCount() const { return isValid() ? document->numPages() : 0; }
+int PdfReport::pageCount() const {
+    return isValid() ? document->numPages() : 0;
+}
 
 QSizeF PdfReport::pageSizePoints(int page) const {
     if (page < 0 || page >= pageCount())
@@ -137,7 +141,8 @@ QImage PdfReport::renderBand(int page, const QRect& deviceRect, double renderDpi
 
 bool PdfReport::hasInk(int page, const QRect& deviceRect) const {
     // 600 dpi: one rendered pixel is two device pixels.
-    const QImage band = renderBand(page, deviceRect, 600).convertToFormat(QImage::Format_Grayscale8);
+    const QImage band =
+        renderBand(page, deviceRect, 600).convertToFormat(QImage::Format_Grayscale8);
     for (int y = 0; y < band.height(); ++y) {
         const uchar* row = band.constScanLine(y);
         for (int x = 0; x < band.width(); ++x)

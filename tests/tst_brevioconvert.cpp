@@ -1,0 +1,248 @@
+#include "jobrunner.h"
+#include "pdfreport.h"
+
+#include <QCryptographicHash>
+#include <QDir>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace {
+
+struct Run {
+    int exitCode = -1;
+    QString out;
+    QString err;
+    bool crashed = false;
+};
+
+Run runConverter(const QStringList& arguments, const QString& workingDir = QString(),
+                 bool withoutDisplay = true) {
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    if (withoutDisplay) {
+        environment.remove(QStringLiteral("QT_QPA_PLATFORM"));
+        environment.remove(QStringLiteral("DISPLAY"));
+        environment.remove(QStringLiteral("WAYLAND_DISPLAY"));
+    }
+    process.setProcessEnvironment(environment);
+    if (!workingDir.isEmpty())
+        process.setWorkingDirectory(workingDir);
+    process.start(QStringLiteral(BREVIO_CONVERT_BINARY), arguments);
+    Run run;
+    if (!process.waitForFinished(120000)) {
+        process.kill();
+        process.waitForFinished();
+        return run;
+    }
+    run.crashed = process.exitStatus() != QProcess::NormalExit;
+    run.exitCode = process.exitCode();
+    run.out = QString::fromLocal8Bit(process.readAllStandardOutput());
+    run.err = QString::fromLocal8Bit(process.readAllStandardError());
+    return run;
+}
+
+QString typicalConfiguration() {
+    QFile file(exampleFile(QStringLiteral("pressure-transmitter.json")));
+    file.open(QIODevice::ReadOnly);
+    return QString::fromUtf8(file.readAll());
+}
+
+} // namespace
+
+class TestBrevioConvert : public QObject {
+    Q_OBJECT
+
+private slots:
+    void convertsWithoutDisplay();
+    void relativePathGetsAbsoluteReport();
+    void refusedFiles_data();
+    void refusedFiles();
+    void invalidJsonIsConvertedWithWarning_data();
+    void invalidJsonIsConvertedWithWarning();
+    void mixedFilesReportInGivenOrder();
+    void reportNotWritten();
+    void usageErrors_data();
+    void usageErrors();
+    void helpAndVersion();
+    void manyFilesWithSeveralJobs();
+};
+
+void TestBrevioConvert::convertsWithoutDisplay() {
+    QTemporaryDir dir;
+    const QString path =
+        writeFile(dir.path(), QStringLiteral("anlage.json"), typicalConfiguration().toUtf8());
+    const Run run = runConverter({path});
+    QCOMPARE(run.exitCode, 0);
+    QCOMPARE(run.out, dir.filePath(QStringLiteral("anlage.pdf")) + QLatin1Char('\n'));
+    QCOMPARE(run.err, QString());
+    PdfReport report(dir.filePath(QStringLiteral("anlage.pdf")));
+    QVERIFY(report.isValid());
+    QVERIFY(!report.line(0, QStringLiteral("Allgemeine Einstellungen:")).isNull());
+    // The job is handed the absolute path, which the report prints.
+    QVERIFY(!report.line(0, path).isNull());
+}
+
+void TestBrevioConvert::relativePathGetsAbsoluteReport() {
+    QTemporaryDir dir;
+    QVERIFY(QDir(dir.path()).mkdir(QStringLiteral("sub")));
+    writeFile(dir.filePath(QStringLiteral("sub")), QStringLiteral("a.json"), "{}");
+    const Run run = runConverter({QStringLiteral("sub/a.json")}, dir.path());
+    QCOMPARE(run.exitCode, 0);
+    QCOMPARE(run.out, dir.filePath(QStringLiteral("sub/a.pdf")) + QLatin1Char('\n'));
+    PdfReport report(dir.filePath(QStringLiteral("sub/a.pdf")));
+    QVERIFY(!report.line(0, dir.filePath(QStringLiteral("sub/a.json"))).isNull());
+}
+
+void TestBrevioConvert::refusedFiles_data() {
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<QString>("reason");
+    QTest::newRow("upper-case ending") << "a.JSON"
+                                       << "file"
+                                       << "not a \".json\" file name";
+    QTest::newRow("no ending") << "a.txt"
+                               << "file"
+                               << "not a \".json\" file name";
+    QTest::newRow("missing") << "missing.json"
+                             << "none"
+                             << "cannot be opened: No such file or directory";
+    QTest::newRow("directory") << "dir.json"
+                               << "dir"
+                               << "cannot be opened: it is a directory";
+    QTest::newRow("empty") << "empty.json"
+                           << "empty"
+                           << "empty file";
+}
+
+void TestBrevioConvert::refusedFiles() {
+    QFETCH(QString, name);
+    QFETCH(QString, kind);
+    QFETCH(QString, reason);
+    QTemporaryDir dir;
+    const QString path = dir.filePath(name);
+    if (kind == QLatin1String("file"))
+        writeFile(dir.path(), name, "{}");
+    else if (kind == QLatin1String("empty"))
+        writeFile(dir.path(), name, QByteArray());
+    else if (kind == QLatin1String("dir"))
+        QVERIFY(QDir(dir.path()).mkdir(name));
+
+    const Run run = runConverter({path});
+    QCOMPARE(run.exitCode, 1);
+    QCOMPARE(run.out, QString());
+    QCOMPARE(run.err, QStringLiteral("brevio-convert: ") + path + QStringLiteral(": ") + reason +
+                          QLatin1Char('\n'));
+    QVERIFY(!QFileInfo::exists(reportPathFor(path)) || reportPathFor(path) == path);
+}
+
+void TestBrevioConvert::invalidJsonIsConvertedWithWarning_data() {
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("warning");
+    QTest::newRow("truncated") << QByteArray("{\"configuration\": {")
+                               << "warning: not valid JSON (unterminated object at offset 19); "
+                                  "the report has empty values";
+    QTest::newRow("plain text") << QByteArray("hello")
+                                << "warning: not valid JSON (illegal value at offset 1); "
+                                   "the report has empty values";
+    QTest::newRow("array") << QByteArray("[1,2]")
+                           << "warning: the top level is not a JSON object; the report has "
+                              "empty values";
+}
+
+void TestBrevioConvert::invalidJsonIsConvertedWithWarning() {
+    QFETCH(QByteArray, content);
+    QFETCH(QString, warning);
+    QTemporaryDir dir;
+    const QString path = writeFile(dir.path(), QStringLiteral("bad.json"), content);
+    const Run run = runConverter({path});
+    QCOMPARE(run.exitCode, 0);
+    QCOMPARE(run.out, dir.filePath(QStringLiteral("bad.pdf")) + QLatin1Char('\n'));
+    QCOMPARE(run.err,
+             QStringLiteral("brevio-convert: ") + path + QStringLiteral(": ") + warning + "\n");
+    QVERIFY(PdfReport(dir.filePath(QStringLiteral("bad.pdf"))).isValid());
+}
+
+void TestBrevioConvert::mixedFilesReportInGivenOrder() {
+    QTemporaryDir dir;
+    const QString good1 = writeFile(dir.path(), QStringLiteral("one.json"), "{}");
+    const QString bad = dir.filePath(QStringLiteral("missing.json"));
+    const QString good2 = writeFile(dir.path(), QStringLiteral("two.json"), "{}");
+    const Run run = runConverter({good1, bad, good2});
+    QCOMPARE(run.exitCode, 1);
+    QCOMPARE(run.out, reportPathFor(good1) + "\n" + reportPathFor(good2) + "\n");
+    QCOMPARE(run.err, QStringLiteral("brevio-convert: ") + bad +
+                          QStringLiteral(": cannot be opened: No such file or directory\n"));
+}
+
+void TestBrevioConvert::reportNotWritten() {
+    QTemporaryDir dir;
+    // The report's name is taken by a directory, so the PDF cannot be created.
+    const QString path = writeFile(dir.path(), QStringLiteral("blocked.json"), "{}");
+    QVERIFY(QDir(dir.path()).mkdir(QStringLiteral("blocked.pdf")));
+    const Run run = runConverter({path});
+    QCOMPARE(run.exitCode, 1);
+    QCOMPARE(run.out, QString());
+    QCOMPARE(run.err,
+             QStringLiteral("brevio-convert: ") + path + QStringLiteral(": report not written\n"));
+}
+
+void TestBrevioConvert::usageErrors_data() {
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("firstLine");
+    QTest::newRow("no files") << QStringList() << "brevio-convert: no files given";
+    QTest::newRow("unknown option")
+        << QStringList{"--fast", "a.json"} << "brevio-convert: Unknown option 'fast'.";
+    QTest::newRow("jobs not a number") << QStringList{"--jobs", "many", "a.json"}
+                                       << "brevio-convert: --jobs needs a whole number of at "
+                                          "least 1, not \"many\"";
+    QTest::newRow("jobs zero") << QStringList{"--jobs", "0", "a.json"}
+                               << "brevio-convert: --jobs needs a whole number of at least 1, "
+                                  "not \"0\"";
+    QTest::newRow("jobs without value")
+        << QStringList{"--jobs"} << "brevio-convert: Missing value after '--jobs'.";
+}
+
+void TestBrevioConvert::usageErrors() {
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, firstLine);
+    const Run run = runConverter(arguments);
+    QCOMPARE(run.exitCode, 2);
+    QCOMPARE(run.out, QString());
+    QCOMPARE(run.err.section(QLatin1Char('\n'), 0, 0), firstLine);
+    QVERIFY(run.err.contains(QLatin1String("Usage: ")));
+}
+
+void TestBrevioConvert::helpAndVersion() {
+    const Run help = runConverter({QStringLiteral("--help")});
+    QCOMPARE(help.exitCode, 0);
+    QVERIFY(help.out.contains(QLatin1String("--jobs <N>")));
+    QVERIFY(help.out.contains(QLatin1String("FILE...")));
+    const Run version = runConverter({QStringLiteral("--version")});
+    QCOMPARE(version.exitCode, 0);
+    QVERIFY(version.out.startsWith(QLatin1String("brevio-convert ")));
+}
+
+void TestBrevioConvert::manyFilesWithSeveralJobs() {
+    QTemporaryDir dir;
+    QStringList files;
+    for (int i = 0; i < 24; ++i)
+        files.append(writeFile(
+            dir.path(), QStringLiteral("anlage-%1.json").arg(i),
+            QStringLiteral("{\"configuration\":{\"name\":\"Anlage %1\"}}").arg(i).toUtf8()));
+    const Run run =
+        runConverter(QStringList{QStringLiteral("--jobs"), QStringLiteral("4")} + files);
+    QCOMPARE(run.exitCode, 0);
+    QStringList expected;
+    for (const QString& file : files)
+        expected.append(reportPathFor(file));
+    QCOMPARE(run.out.split(QLatin1Char('\n'), Qt::SkipEmptyParts), expected);
+    for (int i = 0; i < files.size(); ++i) {
+        PdfReport report(expected[i]);
+        QVERIFY2(!report.line(0, QStringLiteral("Name: Anlage %1").arg(i)).isNull(),
+                 qPrintable(expected[i]));
+    }
+}
+
+QTEST_MAIN(TestBrevioConvert)
+#include "tst_brevioconvert.moc"
