@@ -2,6 +2,7 @@
 
 #include "cbutton.h"
 
+#include <QEvent>
 #include <QFileDialog>
 #include <QFont>
 #include <QFontMetrics>
@@ -24,6 +25,27 @@ const char rowStyleSheet[] =
     "text-align:center;}"
     "QProgressBar#pBarKonvert::chunk {background-color: #E30613; border-radius:12px; margin: "
     "2px;}";
+
+// The row's own resize is not the last word on the line edit's width: the
+// picture buttons square themselves only after they have their height, and
+// the layout then narrows the line edit without resizing the row. Text
+// elided for the earlier width would be scrolled so that its ellipsis is
+// out of sight, so the line edit's own resizes re-elide as well.
+class ElideOnResize : public QObject {
+public:
+    // Owned by the line edit, so the row's own children stay as they are.
+    ElideOnResize(QLineEdit* edit, ListWidgetContainer* row) : QObject(edit), row(row) {}
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::Resize)
+            row->setTextElided();
+        return false;
+    }
+
+private:
+    ListWidgetContainer* row;
+};
 
 cButton* makeButton(QWidget* row, const char* name) {
     auto* button = new cButton(row);
@@ -50,6 +72,7 @@ ListWidgetContainer::ListWidgetContainer(QWidget* parent, QString path) : QWidge
     font.setPointSize(16);
     lineEdit->setFont(font);
     lineEdit->setObjectName(QStringLiteral("LineEditPath"));
+    lineEdit->installEventFilter(new ElideOnResize(lineEdit, this));
     // The line edit has no real width before the list lays the row out, so
     // the path is elided only once control is back in the event loop.
     QMetaObject::invokeMethod(this, "setTextElided", Qt::QueuedConnection);
