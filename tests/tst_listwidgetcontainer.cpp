@@ -72,15 +72,13 @@ void TestListWidgetContainer::cleanup() {
 ListWidgetContainer* TestListWidgetContainer::showRow(const QString& path, int width) {
     host->resize(width + 20, 100);
     auto* row = new ListWidgetContainer(host.data(), path);
-    row->setGeometry(0, 0, width - 1, 60);
+    row->setGeometry(0, 0, width, 60);
     host->show();
     if (!QTest::qWaitForWindowExposed(host.data()))
         return nullptr;
-    // The buttons square themselves only once they are shown, which moves
-    // the line edit's edge after the row's first resize. A list gives its
-    // rows their width after that; so does this.
-    QCoreApplication::processEvents();
-    row->resize(width, 60);
+    // The buttons square themselves once shown, and the layout settles
+    // after that.
+    QTest::qWait(20);
     return row;
 }
 
