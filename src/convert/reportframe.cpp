@@ -14,6 +14,17 @@ using namespace reportLayout;
 
 namespace {
 
+// A report is only ever written to a PDF file, yet QPrinter's constructor asks
+// the print service for a default printer first, and a print server that
+// accepts connections but never answers would hold every job forever. Pointing
+// the client library at a socket that cannot exist makes that question fail
+// at once. This runs before main, while the process still has one thread, so
+// changing the environment races with nothing.
+const bool printServiceDetached = [] {
+    qputenv("CUPS_SERVER", "/nonexistent/brevio/no-print-server");
+    return true;
+}();
+
 // Decoded once per process; QImage is implicitly shared and only read, so
 // every job can draw the same copy from its own thread.
 const QImage& reportLogo() {
