@@ -14,6 +14,7 @@
 #include <QMouseEvent>
 #include <QMutex>
 #include <QMutexLocker>
+#include <QPointer>
 #include <QTest>
 
 #include <mutex>
@@ -29,6 +30,10 @@ QStringList* logLines = nullptr;
 QtMessageHandler previousHandler = nullptr;
 
 void captureMessage(QtMsgType, const QMessageLogContext&, const QString& text) {
+    // The headless platform says this of every top-level window whose size
+    // limits change (message boxes, dialogs); it is not the program's.
+    if (text == QLatin1String("This plugin does not support propagateSizeHints()"))
+        return;
     QMutexLocker lock(&logMutex);
     if (logLines)
         logLines->append(text);
@@ -56,7 +61,10 @@ QStringList LogCapture::messages() const {
 
 // ------------------------------------------------------------- ModalAnswerer
 
-ModalAnswerer::ModalAnswerer(Handler h) : handler(std::move(h)) {
+ModalAnswerer::ModalAnswerer(Handler handler)
+    : ModalAnswerer(handler ? QList<Handler>{handler} : QList<Handler>()) {}
+
+ModalAnswerer::ModalAnswerer(QList<Handler> h) : handlers(std::move(h)) {
     timer.setInterval(20);
     QObject::connect(&timer, &QTimer::timeout, [this] { poll(); });
     timer.start();
@@ -82,7 +90,7 @@ void ModalAnswerer::poll() {
         seen.text = box->text();
         for (QAbstractButton* button : box->buttons())
             seen.buttons.append(button->text());
-        seen.hasDefaultButton = box->defaultButton() != nullptr;
+        seen.standardButtons = int(box->standardButtons());
     }
     if (auto* files = qobject_cast<QFileDialog*>(dialog)) {
         seen.directory = files->directory().absolutePath();
@@ -90,13 +98,19 @@ void ModalAnswerer::poll() {
             seen.fileName = edit->text();
         seen.acceptMode = files->acceptMode();
         seen.fileMode = files->fileMode();
+        seen.nameFilters = files->nameFilters();
     }
     dialogs.append(seen);
 
-    if (handler)
-        handler(dialog);
-    else
-        rejectDialog(dialog);
+    const Handler handler =
+        dialogs.size() <= handlers.size() ? handlers.at(dialogs.size() - 1) : Handler(rejectDialog);
+    // Not from inside this timer's slot: a timer does not fire again while
+    // its slot runs, so a dialog opened by the handler would never be seen.
+    const QPointer<QWidget> target(dialog);
+    QTimer::singleShot(0, [handler, target] {
+        if (target)
+            handler(target);
+    });
 }
 
 void clickMessageBoxOk(QWidget* dialog) {
@@ -145,6 +159,18 @@ ModalAnswerer::Handler typeSaveName(const QString& text) {
         static_cast<QDialog*>(files)->accept(); // public in QDialog, virtual
         if (files->isVisible())
             files->reject();
+    };
+}
+
+ModalAnswerer::Handler clickMessageBoxButton(int standardButton) {
+    return [standardButton](QWidget* dialog) {
+        auto* box = qobject_cast<QMessageBox*>(dialog);
+        QAbstractButton* button =
+            box ? box->button(QMessageBox::StandardButton(standardButton)) : nullptr;
+        if (button)
+            button->click();
+        else
+            rejectDialog(dialog);
     };
 }
 

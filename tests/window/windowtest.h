@@ -30,8 +30,12 @@ public:
 class ModalAnswerer {
 public:
     using Handler = std::function<void(QWidget*)>;
-    // handler runs once per dialog; it must close the dialog.
+    // The n-th dialog is answered by the n-th handler, or rejected when
+    // there are fewer handlers. A handler must close its dialog; it runs
+    // outside the answerer's timer, so it may itself open another dialog
+    // (an overwrite question, say) and wait for it to be answered.
     explicit ModalAnswerer(Handler handler = Handler());
+    explicit ModalAnswerer(QList<Handler> handlers);
     ~ModalAnswerer();
 
     int count() const { return dialogs.size(); }
@@ -47,7 +51,8 @@ public:
         int acceptMode = -1;
         int fileMode = -1;
         QStringList buttons;
-        bool hasDefaultButton = false;
+        int standardButtons = 0;
+        QStringList nameFilters;
         bool hasParent = false;
     };
     QList<Seen> dialogs;
@@ -55,11 +60,12 @@ public:
 private:
     void poll();
     QTimer timer;
-    Handler handler;
+    QList<Handler> handlers;
 };
 
 // Handlers for ModalAnswerer.
 void clickMessageBoxOk(QWidget* dialog);
+ModalAnswerer::Handler clickMessageBoxButton(int standardButton);
 // Types text into the file dialog's name field and accepts it; several
 // names are given in the dialog's own quoted form.
 ModalAnswerer::Handler chooseFiles(const QString& directory, const QStringList& names);
