@@ -8,9 +8,13 @@
 
 convert::convert(QObject* parent) : QObject(parent) {}
 
-convert::~convert() = default;
+convert::~convert() {
+    // Waits for a readJsonFile() still emitting its last signal on a worker.
+    QMutexLocker wait(&running);
+}
 
 void convert::readJsonFile(QString jsonPath, QString pdfPath) {
+    QMutexLocker stayAlive(&running);
     if (!jsonPath.endsWith(QLatin1String(".json"))) {
         emit aborted();
         return;

@@ -4,6 +4,7 @@
 #include <QFont>
 #include <QJsonArray>
 #include <QJsonObject>
+#include <QMutex>
 #include <QObject>
 #include <QString>
 #include <QVariant>
@@ -67,6 +68,14 @@ signals:
     void aborted();
 
 private:
+    // Held by readJsonFile() for the whole run and taken by the destructor.
+    // The owner deletes the job on the GUI thread as soon as finished() or
+    // aborted() arrives there, which can be before the worker thread has
+    // returned from emitting it; a QObject destroyed while another thread is
+    // still inside one of its signals crashes that thread. Deleting a job
+    // that is still running (on aboutToQuit) waits for it the same way.
+    QMutex running;
+
     // Advances reportCursor by one line step, starting a printer page when
     // the step crosses the page limit.
     void advanceLine(QPrinter& printer);
