@@ -58,26 +58,17 @@ for name in "${names[@]}"; do
     cp "$example" "$data/$name.json"
 done
 
-# A free display: the first number without a lock file that Xvfb accepts.
-display=
-for n in $(seq 91 140); do
-    [ -e "/tmp/.X$n-lock" ] || [ -e "/tmp/.X11-unix/X$n" ] && continue
-    Xvfb ":$n" -screen 0 1024x700x24 -nolisten tcp >"$work/xvfb.log" 2>&1 &
-    xvfb_pid=$!
-    for _ in $(seq 50); do
-        if DISPLAY=":$n" xdotool getdisplaygeometry >/dev/null 2>&1; then
-            display=":$n"
-            break
-        fi
-        kill -0 "$xvfb_pid" 2>/dev/null || break
-        sleep 0.1
-    done
-    [ -n "$display" ] && break
-    kill "$xvfb_pid" 2>/dev/null || true
-    wait "$xvfb_pid" 2>/dev/null || true
-    xvfb_pid=
+# Xvfb picks a free display itself and writes its number once it accepts
+# connections, so runs side by side never share a server.
+Xvfb -displayfd 3 -screen 0 1024x700x24 -nolisten tcp 3>"$work/display" >"$work/xvfb.log" 2>&1 &
+xvfb_pid=$!
+for _ in $(seq 100); do
+    [ -s "$work/display" ] && break
+    kill -0 "$xvfb_pid" 2>/dev/null || fail "Xvfb did not start: $(cat "$work/xvfb.log")"
+    sleep 0.1
 done
-[ -n "$display" ] || fail "could not start Xvfb: $(cat "$work/xvfb.log")"
+[ -s "$work/display" ] || fail "Xvfb did not report its display"
+display=":$(head -n1 "$work/display")"
 export DISPLAY=$display
 
 # Qt's own file dialog, whatever desktop the caller runs in; the dialog
