@@ -1,4 +1,5 @@
 #include "cbutton.h"
+#include "convert.h"
 #include "jobrunner.h"
 #include "listwidgetcontainer.h"
 #include "mainwindow.h"
@@ -18,6 +19,7 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QThread>
 #include <QThreadPool>
 
 namespace {
@@ -112,6 +114,7 @@ private slots:
     void failingInputs();
     void unwritableReport();
     void rowRemovedWhileConverting();
+    void jobsGoWhenTheApplicationQuits();
     void endToEnd_data();
     void endToEnd();
 
@@ -446,6 +449,25 @@ void TestConversionLaunch::rowRemovedWhileConverting() {
     QVERIFY2(problem.isEmpty(), qPrintable(problem));
 }
 
+void TestConversionLaunch::jobsGoWhenTheApplicationQuits() {
+    MainWindow window;
+    window.addListWidgetItem(write(QStringLiteral("a.json"), exampleBytes()));
+    JobWatch jobs;
+    window.convertSingle(rowAt(window, 0));
+    QCOMPARE(jobs.collect(), 1);
+    // Nothing has run the event loop yet, so the job is still there.
+    const QList<QObject*> live = jobs.liveJobs();
+    QCOMPARE(live.size(), 1);
+    auto* job = qobject_cast<convert*>(live.first());
+    QVERIFY(job);
+    QCOMPARE(job->parent(), nullptr);
+    QCOMPARE(job->thread(), QThread::currentThread());
+    // A connection that exists can be taken down exactly once.
+    QVERIFY(QObject::disconnect(qApp, &QCoreApplication::aboutToQuit, job, &QObject::deleteLater));
+    QVERIFY(!QObject::disconnect(qApp, &QCoreApplication::aboutToQuit, job, &QObject::deleteLater));
+    QVERIFY(settle(jobs));
+}
+
 void TestConversionLaunch::endToEnd_data() {
     QTest::addColumn<int>("files");
     QTest::newRow("3 files") << 3;
@@ -476,6 +498,9 @@ void TestConversionLaunch::endToEnd() {
     JobWatch jobs;
     pointAndClick(convertAllButton(window));
     QCOMPARE(jobs.collect(), files);
+    // All started at once: as many run side by side as the pool allows.
+    QThreadPool* pool = QThreadPool::globalInstance();
+    QCOMPARE(pool->activeThreadCount(), qMin(files, pool->maxThreadCount()));
     for (int i = 0; i < files; ++i) {
         ListWidgetContainer* row = rowAt(window, i);
         QTRY_COMPARE_WITH_TIMEOUT(row->pBar->value(), 17, 120000);

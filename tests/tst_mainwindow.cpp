@@ -65,6 +65,8 @@ class TestMainWindow : public QObject {
     Q_OBJECT
 
 private slots:
+    void resources_data();
+    void resources();
     void setupUiObjectName_data();
     void setupUiObjectName();
     void setupUiWidgets();
@@ -95,6 +97,24 @@ void TestMainWindow::showWindow(MainWindow& window, QSize size) {
     window.show();
     QVERIFY(QTest::qWaitForWindowExposed(&window));
     QTest::qWait(20);
+}
+
+void TestMainWindow::resources_data() {
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QSize>("size");
+    QTest::newRow("logo") << ":/img/veltrixLogoMain.png" << QSize(1000, 241);
+    for (const char* name : {"Folder_icon", "Folder_icon_blau", "IconSwitch", "IconSwitchInv",
+                             "btnClose", "btnCloseInv", "Edit", "Edit_blau"})
+        QTest::newRow(name) << QStringLiteral(":/img/%1.png").arg(QLatin1String(name))
+                            << QSize(142, 142);
+}
+
+void TestMainWindow::resources() {
+    QFETCH(QString, path);
+    QFETCH(QSize, size);
+    const QImage image(path);
+    QVERIFY2(!image.isNull(), qPrintable(path));
+    QCOMPARE(image.size(), size);
 }
 
 void TestMainWindow::setupUiObjectName_data() {

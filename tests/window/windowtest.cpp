@@ -219,7 +219,7 @@ using ObjectHook = void (*)(QObject*);
 std::mutex watchMutex;
 std::thread::id guiThread;
 std::unordered_set<QObject*> freshObjects;
-std::unordered_set<QObject*> liveJobs;
+std::unordered_set<QObject*> watchedJobs;
 int jobsCreated = 0;
 quintptr previousAdd = 0;
 quintptr previousRemove = 0;
@@ -240,7 +240,7 @@ void objectRemoved(QObject* object) {
     {
         std::lock_guard<std::mutex> lock(watchMutex);
         freshObjects.erase(object);
-        liveJobs.erase(object);
+        watchedJobs.erase(object);
     }
     if (previousRemove)
         reinterpret_cast<ObjectHook>(previousRemove)(object);
@@ -252,7 +252,7 @@ JobWatch::JobWatch() {
     std::lock_guard<std::mutex> lock(watchMutex);
     guiThread = std::this_thread::get_id();
     freshObjects.clear();
-    liveJobs.clear();
+    watchedJobs.clear();
     jobsCreated = 0;
     previousAdd = qtHookData[addObjectHook];
     previousRemove = qtHookData[removeObjectHook];
@@ -265,7 +265,7 @@ JobWatch::~JobWatch() {
     qtHookData[removeObjectHook] = previousRemove;
     std::lock_guard<std::mutex> lock(watchMutex);
     freshObjects.clear();
-    liveJobs.clear();
+    watchedJobs.clear();
 }
 
 int JobWatch::collect() {
@@ -273,7 +273,7 @@ int JobWatch::collect() {
     int found = 0;
     for (QObject* object : freshObjects) {
         if (qobject_cast<convert*>(object)) {
-            liveJobs.insert(object);
+            watchedJobs.insert(object);
             ++found;
         }
     }
@@ -287,7 +287,12 @@ int JobWatch::created() const {
     return jobsCreated;
 }
 
+QList<QObject*> JobWatch::liveJobs() const {
+    std::lock_guard<std::mutex> lock(watchMutex);
+    return QList<QObject*>(watchedJobs.begin(), watchedJobs.end());
+}
+
 int JobWatch::alive() const {
     std::lock_guard<std::mutex> lock(watchMutex);
-    return static_cast<int>(liveJobs.size());
+    return static_cast<int>(watchedJobs.size());
 }

@@ -91,6 +91,8 @@ public:
     int collect();
     int created() const;
     int alive() const;
+    // The jobs collected so far that still exist.
+    QList<QObject*> liveJobs() const;
 };
 
 #endif
