@@ -22,7 +22,8 @@ namespace {
 
 // convertSingle() can be invoked by name and through queued connections,
 // which need the argument type known to the meta-type system by name.
-const int listWidgetContainerType = qRegisterMetaType<ListWidgetContainer*>("ListWidgetContainer*");
+[[maybe_unused]] const int listWidgetContainerType =
+    qRegisterMetaType<ListWidgetContainer*>("ListWidgetContainer*");
 
 // Every progress report of a job is one of these steps; the last one means
 // the report is written.
@@ -37,7 +38,6 @@ QSize rowSizeHint(const QListWidget* list) {
 } // namespace
 
 MainWindow::MainWindow(QWidget* parent) : QMainWindow(parent) {
-    Q_UNUSED(listWidgetContainerType)
     ui = new Ui_MainWindow;
     ui->setupUi(this);
     setWindowTitle(tr("Brevio [Beta]"));
