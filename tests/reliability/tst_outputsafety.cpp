@@ -1,0 +1,287 @@
+// Reports that cannot be written: a folder the user may not write to, a
+// report name taken by a folder, a full disk. The job still ends with
+// finished() (it has no way to tell), never crashes, and brevio-convert
+// says "report not written" and exits 1, also when an older report was
+// there before: whether it was left alone or cut short, that is reported.
+
+#include "jobrunner.h"
+#include "pdfreport.h"
+#include "reliability.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <csignal>
+#include <sys/resource.h>
+
+using namespace reliability;
+
+namespace {
+
+QByteArray example() {
+    QFile file(exampleFile(QStringLiteral("pressure-transmitter.json")));
+    file.open(QIODevice::ReadOnly);
+    return file.readAll();
+}
+
+QList<int> oneToSeventeen() {
+    QList<int> values;
+    for (int i = 1; i <= 17; ++i)
+        values.append(i);
+    return values;
+}
+
+// A complete report from an earlier run, to see what becomes of it.
+QByteArray olderReport(const QString& dir) {
+    const QString json = writeFile(dir, QStringLiteral("older.json"), example());
+    const JobOutcome outcome = runJob(json);
+    QFile file(reportPathFor(json));
+    if (!outcome.finished() || !file.open(QIODevice::ReadOnly))
+        return QByteArray();
+    return file.readAll();
+}
+
+bool completePdf(const QByteArray& bytes) {
+    return bytes.startsWith("%PDF-") && bytes.right(1024).contains("%%EOF");
+}
+
+QByteArray readAll(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+// The job in a process of its own, for running it as another user.
+struct ProbeResult {
+    QString end;
+    QList<int> progress;
+    ProcessRun run;
+};
+
+ProbeResult probe(const QStringList& command) {
+    ProbeResult result;
+    result.run = runProcess(command.first(), command.mid(1), headlessEnvironment(), 300000);
+    const QStringList lines = result.run.out.split(QLatin1Char('\n'));
+    result.end = result.run.crashed ? QStringLiteral("crashed") : lines.value(0);
+    for (const QString& value : lines.value(1).split(QLatin1Char(','), Qt::SkipEmptyParts))
+        result.progress.append(value.toInt());
+    return result;
+}
+
+// Caps the size of every file this process writes while it lives, as a
+// full disk would. Writing past the cap fails with EFBIG instead of
+// raising SIGXFSZ, which is ignored for the test's lifetime.
+class FileSizeCap {
+public:
+    explicit FileSizeCap(rlim_t bytes) {
+        getrlimit(RLIMIT_FSIZE, &saved);
+        rlimit capped = saved;
+        capped.rlim_cur = bytes;
+        active = setrlimit(RLIMIT_FSIZE, &capped) == 0;
+    }
+    ~FileSizeCap() { setrlimit(RLIMIT_FSIZE, &saved); }
+    bool isActive() const { return active; }
+
+private:
+    rlimit saved{};
+    bool active = false;
+};
+
+constexpr int capBytes = 16 * 1024;
+
+} // namespace
+
+class TestOutputSafety : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void reportFolderNotWritable();
+    void olderReportInFolderNotWritable();
+    void reportNameTakenByFolder();
+    void diskFullInProcess();
+    void diskFullForBrevioConvert();
+    void olderReportCutShortIsReported();
+    void reportOnFullDevice();
+};
+
+void TestOutputSafety::initTestCase() {
+    // Inherited by the children too, so a capped brevio-convert sees failed
+    // writes instead of being killed.
+    std::signal(SIGXFSZ, SIG_IGN);
+}
+
+// A folder without write permission. Root ignores permission bits, so as
+// root both conversions run as the unprivileged user "nobody".
+void TestOutputSafety::reportFolderNotWritable() {
+    QTemporaryDir dir;
+    const QString folder = dir.filePath(QStringLiteral("locked"));
+    QVERIFY(QDir().mkdir(folder));
+    const QString json = writeFile(folder, QStringLiteral("anlage.json"), example());
+    const QByteArray hash = fileHash(json);
+    QVERIFY(QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner | QFile::ReadGroup |
+                                              QFile::ExeGroup | QFile::ReadOther |
+                                              QFile::ExeOther));
+    openForEveryone(folder);
+
+    const ProbeResult job = probe(unprivileged(QStringLiteral(BREVIO_JOBPROBE_BINARY), {json}));
+    QCOMPARE(job.end, QStringLiteral("finished"));
+    QCOMPARE(job.progress, oneToSeventeen());
+    QVERIFY(!QFileInfo::exists(reportPathFor(json)));
+
+    const QStringList command = unprivileged(QStringLiteral(BREVIO_CONVERT_BINARY), {json});
+    const ProcessRun cli =
+        runProcess(command.first(), command.mid(1), headlessEnvironment(), 300000);
+    QVERIFY2(!cli.crashed && !cli.timedOut, qPrintable(cli.describe()));
+    QCOMPARE(cli.exitCode, 1);
+    QCOMPARE(cli.out, QString());
+    QCOMPARE(cli.err,
+             QStringLiteral("brevio-convert: ") + json + QStringLiteral(": report not written\n"));
+    QVERIFY(!QFileInfo::exists(reportPathFor(json)));
+    QCOMPARE(fileHash(json), hash);
+}
+
+void TestOutputSafety::olderReportInFolderNotWritable() {
+    QTemporaryDir dir;
+    const QString folder = dir.filePath(QStringLiteral("locked"));
+    QVERIFY(QDir().mkdir(folder));
+    const QByteArray older = olderReport(folder);
+    QVERIFY(completePdf(older));
+    const QString json = dir.filePath(QStringLiteral("locked/older.json"));
+    const QString report = reportPathFor(json);
+    // Older than this run, so a rewrite would show in its time as well.
+    QFile reportFile(report);
+    QVERIFY(reportFile.open(QIODevice::ReadWrite));
+    QVERIFY(reportFile.setFileTime(QDateTime::currentDateTime().addSecs(-3600),
+                                   QFileDevice::FileModificationTime));
+    reportFile.close();
+    QVERIFY(QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner | QFile::ReadOther |
+                                              QFile::ExeOther));
+    // The old report itself stays writable for its owner only: what keeps
+    // it is the folder, and for root not even that, hence "nobody".
+    QVERIFY(QFile::setPermissions(report, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadOther));
+    openForEveryone(folder);
+
+    const ProbeResult job = probe(unprivileged(QStringLiteral(BREVIO_JOBPROBE_BINARY), {json}));
+    QCOMPARE(job.end, QStringLiteral("finished"));
+    QCOMPARE(readAll(report), older);
+
+    const QStringList command = unprivileged(QStringLiteral(BREVIO_CONVERT_BINARY), {json});
+    const ProcessRun cli =
+        runProcess(command.first(), command.mid(1), headlessEnvironment(), 300000);
+    QVERIFY2(!cli.crashed && !cli.timedOut, qPrintable(cli.describe()));
+    QCOMPARE(cli.exitCode, 1);
+    QCOMPARE(cli.err, QStringLiteral("brevio-convert: ") + json +
+                          QStringLiteral(": report not written (the old report was left in "
+                                         "place)\n"));
+    QCOMPARE(readAll(report), older);
+}
+
+void TestOutputSafety::reportNameTakenByFolder() {
+    QTemporaryDir dir;
+    const QString json = writeFile(dir.path(), QStringLiteral("anlage.json"), example());
+    const QString report = reportPathFor(json);
+    QVERIFY(QDir().mkdir(report));
+    writeFile(report, QStringLiteral("inside.txt"), "kept");
+
+    const JobOutcome job = runJob(json);
+    QVERIFY(job.finished());
+    QCOMPARE(job.progress, oneToSeventeen());
+    QVERIFY(QFileInfo(report).isDir());
+    QCOMPARE(QDir(report).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
+             QStringList{QStringLiteral("inside.txt")});
+
+    const ProcessRun cli = runConverter({json});
+    QVERIFY2(!cli.crashed && !cli.timedOut, qPrintable(cli.describe()));
+    QCOMPARE(cli.exitCode, 1);
+    QCOMPARE(cli.err,
+             QStringLiteral("brevio-convert: ") + json + QStringLiteral(": report not written\n"));
+    QVERIFY(QFileInfo(report).isDir());
+    QCOMPARE(readAll(QDir(report).filePath(QStringLiteral("inside.txt"))), QByteArray("kept"));
+}
+
+// The disk fills up in the middle of the report: every write beyond 16 KiB
+// fails, as on a full file system. The job cannot tell and finishes.
+void TestOutputSafety::diskFullInProcess() {
+    QTemporaryDir dir;
+    const QString json = writeFile(dir.path(), QStringLiteral("anlage.json"), example());
+    const QByteArray hash = fileHash(json);
+    JobOutcome job;
+    {
+        FileSizeCap cap(capBytes);
+        QVERIFY(cap.isActive());
+        job = runJob(json);
+    }
+    QVERIFY(job.finished());
+    QCOMPARE(job.progress, oneToSeventeen());
+    const QByteArray written = readAll(reportPathFor(json));
+    QVERIFY2(written.size() <= capBytes, qPrintable(QString::number(written.size())));
+    QVERIFY(!completePdf(written));
+    QCOMPARE(fileHash(json), hash);
+}
+
+void TestOutputSafety::diskFullForBrevioConvert() {
+    QTemporaryDir dir;
+    const QString json = writeFile(dir.path(), QStringLiteral("anlage.json"), example());
+    const QByteArray hash = fileHash(json);
+    const ProcessRun cli =
+        runProcess(QStringLiteral("prlimit"),
+                   {QStringLiteral("--fsize=%1").arg(capBytes), QStringLiteral("--"),
+                    QStringLiteral(BREVIO_CONVERT_BINARY), json},
+                   headlessEnvironment(), 300000);
+    QVERIFY2(!cli.crashed && !cli.timedOut, qPrintable(cli.describe()));
+    QCOMPARE(cli.exitCode, 1);
+    QCOMPARE(cli.out, QString());
+    QCOMPARE(cli.err, QStringLiteral("brevio-convert: ") + json +
+                          QStringLiteral(": report not written (the file is incomplete)\n"));
+    QCOMPARE(fileHash(json), hash);
+}
+
+// A full disk while an older, complete report is in the way: the job
+// truncates it and writes what fits, as the window's job always does, and
+// brevio-convert does not pass that off as a report.
+void TestOutputSafety::olderReportCutShortIsReported() {
+    QTemporaryDir dir;
+    const QByteArray older = olderReport(dir.path());
+    QVERIFY(completePdf(older));
+    QVERIFY(older.size() > capBytes);
+    const QString json = dir.filePath(QStringLiteral("older.json"));
+    const ProcessRun cli =
+        runProcess(QStringLiteral("prlimit"),
+                   {QStringLiteral("--fsize=%1").arg(capBytes), QStringLiteral("--"),
+                    QStringLiteral(BREVIO_CONVERT_BINARY), json},
+                   headlessEnvironment(), 300000);
+    QVERIFY2(!cli.crashed && !cli.timedOut, qPrintable(cli.describe()));
+    QCOMPARE(cli.exitCode, 1);
+    QCOMPARE(cli.out, QString());
+    QCOMPARE(cli.err, QStringLiteral("brevio-convert: ") + json +
+                          QStringLiteral(": report not written (the file is incomplete)\n"));
+    const QByteArray now = readAll(reportPathFor(json));
+    QVERIFY(now != older);
+    QVERIFY(!completePdf(now));
+}
+
+// The report's name leads to /dev/full, where every write fails with "No
+// space left on device".
+void TestOutputSafety::reportOnFullDevice() {
+    QVERIFY(QFileInfo(QStringLiteral("/dev/full")).exists());
+    QTemporaryDir dir;
+    const QString json = writeFile(dir.path(), QStringLiteral("anlage.json"), example());
+    QVERIFY(QFile::link(QStringLiteral("/dev/full"), reportPathFor(json)));
+
+    const JobOutcome job = runJob(json);
+    QVERIFY(job.finished());
+    QCOMPARE(job.progress, oneToSeventeen());
+
+    const ProcessRun cli = runConverter({json});
+    QVERIFY2(!cli.crashed && !cli.timedOut, qPrintable(cli.describe()));
+    QCOMPARE(cli.exitCode, 1);
+    QCOMPARE(cli.err,
+             QStringLiteral("brevio-convert: ") + json + QStringLiteral(": report not written\n"));
+    QCOMPARE(QFile::symLinkTarget(reportPathFor(json)), QStringLiteral("/dev/full"));
+}
+
+QTEST_MAIN(TestOutputSafety)
+#include "tst_outputsafety.moc"
