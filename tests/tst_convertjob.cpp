@@ -7,6 +7,7 @@
 #include <QEventLoop>
 #include <QFile>
 #include <QJsonDocument>
+#include <QMutex>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -55,6 +56,7 @@ private slots:
     void emptyDocumentRecord();
     void secondFileReplacesRecord();
     void twoJobsAtOnce();
+    void reportCannotBeCreated();
 };
 
 void TestConvertJob::signalsInOrder() {
@@ -329,6 +331,30 @@ void TestConvertJob::twoJobsAtOnce() {
     QVERIFY(!two.line(0, QStringLiteral("Name: Zweite Anlage")).isNull());
     QVERIFY(!one.lineStartingWith(0, first).isNull());
     QVERIFY(!two.lineStartingWith(0, second).isNull());
+}
+
+namespace {
+QStringList capturedMessages;
+QMutex capturedMutex;
+void captureMessage(QtMsgType, const QMessageLogContext&, const QString& message) {
+    QMutexLocker lock(&capturedMutex);
+    capturedMessages.append(message);
+}
+} // namespace
+
+void TestConvertJob::reportCannotBeCreated() {
+    QTemporaryDir dir;
+    const QString path = writeFile(dir.path(), QStringLiteral("blocked.json"), "{}");
+    QVERIFY(QDir(dir.path()).mkdir(QStringLiteral("blocked.pdf")));
+    capturedMessages.clear();
+    const QtMessageHandler previous = qInstallMessageHandler(captureMessage);
+    const JobOutcome outcome = runJob(path);
+    qInstallMessageHandler(previous);
+    // No report, no message, and the job still counts to the end.
+    QVERIFY(outcome.finished());
+    QCOMPARE(outcome.progress, oneToSeventeen());
+    QCOMPARE(capturedMessages, QStringList());
+    QVERIFY(QFileInfo(dir.filePath(QStringLiteral("blocked.pdf"))).isDir());
 }
 
 QTEST_MAIN(TestConvertJob)

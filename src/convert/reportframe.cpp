@@ -2,6 +2,7 @@
 
 #include "reportlayout.h"
 
+#include <QFileInfo>
 #include <QImage>
 #include <QPageLayout>
 #include <QPageSize>
@@ -32,6 +33,14 @@ const QImage& reportLogo() {
     return logo;
 }
 
+bool reportWritable(const QString& path) {
+    const QFileInfo report(path);
+    if (report.exists())
+        return report.isFile() && report.isWritable();
+    const QFileInfo folder(report.absolutePath());
+    return folder.isDir() && folder.isWritable();
+}
+
 // The text before the first capital "T" of a date-time such as
 // 2020-03-17T10:15:00.
 QString datePart(const QVariant& value) {
@@ -56,10 +65,13 @@ void convert::printPdf(QString pdfPath) {
     if (!pdfPath.endsWith(QLatin1String(".pdf")))
         pdfPath.replace(QLatin1String(".json"), QLatin1String(".pdf"));
     printer.setOutputFileName(pdfPath);
-    QPainter painter(&printer);
-    if (!painter.isActive()) {
-        // The file could not be opened for writing: there is nothing to draw
-        // on, but the job still counts through its steps and finishes.
+    // A painter that cannot open its file complains on stderr, and a job
+    // logs nothing, so a report that obviously cannot be created is not
+    // begun at all.
+    QPainter painter;
+    if (!reportWritable(pdfPath) || !painter.begin(&printer)) {
+        // There is nothing to draw on, but the job still counts through its
+        // steps and finishes.
         for (int step = 9; step <= 17; ++step)
             emit newPbarValue(step);
         return;
