@@ -43,6 +43,8 @@ ChildFigures runChild(const QStringList& arguments) {
     argv.push_back(nullptr);
 
     ChildFigures figures;
+    // Or the child would print what is still buffered here once more.
+    std::fflush(stdout);
     QElapsedTimer clock;
     clock.start();
     const pid_t pid = fork();
