@@ -55,6 +55,16 @@ void convert::advanceLine(QPrinter& printer) {
 }
 
 void convert::printPdf(QString pdfPath) {
+    // QPrinter's constructor loads the print support plugin the first time
+    // without a lock, so two jobs creating their first printers at once both
+    // load it and one copy is lost. A function-local static is initialised
+    // exactly once, under the compiler's guard, before any job goes on.
+    static const bool printSupportLoaded = [] {
+        QPrinter first(QPrinter::HighResolution);
+        return true;
+    }();
+    Q_UNUSED(printSupportLoaded)
+
     QPrinter printer(QPrinter::HighResolution);
     printer.setOutputFormat(QPrinter::PdfFormat);
     // Without an explicit page the size follows the machine's default
