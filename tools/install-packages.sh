@@ -2,16 +2,19 @@
 # Installs the Debian packages a task needs, only those still missing.
 #   tools/install-packages.sh run    what building and running Brevio needs
 #   tools/install-packages.sh test   that, plus what the tests need
+#   tools/install-packages.sh fuzz   that, plus clang and its fuzzer runtime
 set -euo pipefail
 
 run_packages=(cmake ninja-build g++ pkg-config qtbase5-dev qtbase5-dev-tools fonts-dejavu-core)
 test_packages=(libpoppler-qt5-dev poppler-utils xvfb xdotool imagemagick x11-utils)
+fuzz_packages=(clang libclang-rt-14-dev)
 
 case "${1:-}" in
 run) wanted=("${run_packages[@]}") ;;
 test) wanted=("${run_packages[@]}" "${test_packages[@]}") ;;
+fuzz) wanted=("${run_packages[@]}" "${fuzz_packages[@]}") ;;
 *)
-    echo "usage: $0 run|test" >&2
+    echo "usage: $0 run|test|fuzz" >&2
     exit 2
     ;;
 esac
