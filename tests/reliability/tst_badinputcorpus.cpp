@@ -245,11 +245,11 @@ ProcessRun convertCli(const Expectation& row, const QString& path) {
 // Finds one expected text: "[@PAGE ]TEXT[...]". PAGE counts from 1, from
 // the end when negative (-1 is the last page), or is * for any page; page 1
 // when not given. A trailing "..." asks only for a line starting with TEXT.
-QString missingText(const PdfReport& report, QString spec) {
+QString missingText(const PdfReport& report, QString expected) {
     QVector<int> pages{0};
-    if (spec.startsWith(QLatin1Char('@'))) {
-        const QString page = spec.mid(1).section(QLatin1Char(' '), 0, 0);
-        spec = spec.section(QLatin1Char(' '), 1);
+    if (expected.startsWith(QLatin1Char('@'))) {
+        const QString page = expected.mid(1).section(QLatin1Char(' '), 0, 0);
+        expected = expected.section(QLatin1Char(' '), 1);
         pages.clear();
         if (page == QLatin1String("*")) {
             for (int i = 0; i < report.pageCount(); ++i)
@@ -259,15 +259,15 @@ QString missingText(const PdfReport& report, QString spec) {
             pages.append(number < 0 ? report.pageCount() + number : number - 1);
         }
     }
-    const bool prefix = spec.endsWith(QLatin1String("..."));
-    const QString text = prefix ? spec.chopped(3) : spec;
+    const bool prefix = expected.endsWith(QLatin1String("..."));
+    const QString text = prefix ? expected.chopped(3) : expected;
     for (int page : pages) {
         const PdfTextLine line =
             prefix ? report.lineStartingWith(page, text) : report.line(page, text);
         if (!line.isNull())
             return QString();
     }
-    return spec;
+    return expected;
 }
 
 void checkReport(const QString& reportPath, const QStringList& texts, const char* who) {
