@@ -11,8 +11,12 @@ QString forAbortedJob(const QString& jsonPath) {
     if (!jsonPath.endsWith(QLatin1String(".json")))
         return QStringLiteral("not a \".json\" file name");
     const QFileInfo info(jsonPath);
-    if (!info.exists())
-        return QStringLiteral("cannot be opened: No such file or directory");
+    if (!info.exists()) {
+        // The system's own reason tells a missing file from a link loop.
+        QFile file(jsonPath);
+        file.open(QIODevice::ReadOnly);
+        return QStringLiteral("cannot be opened: ") + file.errorString();
+    }
     if (info.isDir())
         return QStringLiteral("cannot be opened: it is a directory");
     if (!info.isFile())
