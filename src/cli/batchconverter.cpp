@@ -4,7 +4,7 @@
 #include "failurereason.h"
 
 #include <QCoreApplication>
-#include <QFileInfo>
+#include <QHash>
 #include <QThreadPool>
 #include <QtConcurrent>
 
@@ -12,16 +12,15 @@
 
 namespace {
 
-// The job writes its report under the configuration's name with every
-// ".json" replaced by ".pdf".
-QString reportPathFor(const QString& jsonPath) {
-    QString report = jsonPath;
-    if (!report.endsWith(QLatin1String(".pdf")))
-        report.replace(QLatin1String(".json"), QLatin1String(".pdf"));
-    return report;
-}
+// How often, and how many times in a row, the batch looks for jobs that
+// wait while none of its jobs runs: a pool thread that exists takes the next
+// waiting job at once, so a queue that stands still this long has no thread
+// left to run it.
+constexpr int watchdogIntervalMs = 500;
+constexpr int idleChecksBeforeGivingUp = 6;
 
 void printLine(std::FILE* stream, const QString& line) {
+    // The locale's codec gives a file name back byte for byte.
     const QByteArray bytes = line.toLocal8Bit();
     std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stream);
     std::fputc('\n', stream);
@@ -32,27 +31,50 @@ void printLine(std::FILE* stream, const QString& line) {
 
 BatchConverter::BatchConverter(const QStringList& files, std::FILE* out, std::FILE* err,
                                QObject* parent)
-    : QObject(parent), out(out), err(err), progressOnTerminal(isatty(fileno(err)) == 1) {
+    : QObject(parent), started(new std::atomic<bool>[size_t(files.size())]), out(out), err(err),
+      progressOnTerminal(isatty(fileno(err)) == 1) {
     entries.reserve(files.size());
-    for (const QString& given : files) {
+    for (int index = 0; index < files.size(); ++index) {
         Entry entry;
-        entry.given = given;
-        entry.jsonPath = QFileInfo(given).absoluteFilePath();
-        entry.reportPath = reportPathFor(entry.jsonPath);
+        entry.given = files[index];
+        entry.jsonPath = filePaths::absolute(entry.given);
+        entry.reportPath = filePaths::reportFor(entry.jsonPath);
         entries.append(entry);
+        started[size_t(index)] = false;
+    }
+    watchdog.setInterval(watchdogIntervalMs);
+    connect(&watchdog, &QTimer::timeout, this, &BatchConverter::checkForLostJobs);
+}
+
+void BatchConverter::settleSharedReports() {
+    QHash<QString, int> firstForReport;
+    for (int index = 0; index < entries.size(); ++index) {
+        Entry& entry = entries[index];
+        const QString key = filePaths::reportKey(entry.reportPath);
+        const auto first = firstForReport.constFind(key);
+        if (first == firstForReport.constEnd()) {
+            firstForReport.insert(key, index);
+            continue;
+        }
+        const Entry& original = entries[*first];
+        const filePaths::Identity configuration = filePaths::identityOf(entry.jsonPath);
+        const bool sameConfiguration =
+            entry.jsonPath == original.jsonPath ||
+            (configuration.exists && configuration == filePaths::identityOf(original.jsonPath));
+        entry.ended = true;
+        entry.converted = sameConfiguration;
+        entry.reason = QStringLiteral("same report as ") + original.given;
+        ++endedCount;
     }
 }
 
 void BatchConverter::start() {
-    if (entries.isEmpty()) {
-        emit done();
-        return;
-    }
+    settleSharedReports();
     for (int index = 0; index < entries.size(); ++index) {
         Entry& entry = entries[index];
-        const QFileInfo report(entry.reportPath);
-        entry.reportExisted = report.exists();
-        entry.reportModifiedBefore = report.lastModified();
+        if (entry.ended)
+            continue;
+        entry.reportBefore = filePaths::entryIdentityOf(entry.reportPath);
 
         auto* job = new convert(nullptr);
         // Queued calls are posted in connection order, and once the deferred
@@ -63,9 +85,19 @@ void BatchConverter::start() {
         connect(job, &convert::finished, job, &QObject::deleteLater);
         connect(job, &convert::aborted, job, &QObject::deleteLater);
         connect(qApp, &QCoreApplication::aboutToQuit, job, &QObject::deleteLater);
-        QtConcurrent::run(QThreadPool::globalInstance(), job, &convert::readJsonFile,
-                          entry.jsonPath, entry.jsonPath);
+        std::atomic<bool>* running = &started[size_t(index)];
+        const QString path = entry.jsonPath;
+        QtConcurrent::run(QThreadPool::globalInstance(), [job, path, running] {
+            running->store(true);
+            job->readJsonFile(path, path);
+        });
     }
+    flushReady();
+    if (endedCount == entries.size()) {
+        emit done();
+        return;
+    }
+    watchdog.start();
 }
 
 bool BatchConverter::allConverted() const {
@@ -75,23 +107,55 @@ bool BatchConverter::allConverted() const {
     return true;
 }
 
+bool BatchConverter::threadsLost() const {
+    return lostJobs;
+}
+
 void BatchConverter::jobEnded(int index, bool finished) {
     Entry& entry = entries[index];
+    if (entry.ended)
+        return;
     if (finished) {
-        entry.reason = failureReason::forFinishedJob(entry.reportPath, entry.reportExisted,
-                                                     entry.reportModifiedBefore);
+        entry.reason = failureReason::forFinishedJob(entry.reportPath, entry.reportBefore);
         entry.converted = entry.reason.isEmpty();
         entry.warning = failureReason::jsonWarning(entry.jsonPath);
     } else {
         entry.reason = failureReason::forAbortedJob(entry.jsonPath);
     }
-    entry.ended = true;
+    endEntry(index);
+}
+
+void BatchConverter::endEntry(int index) {
+    entries[index].ended = true;
     ++endedCount;
+    idleChecks = 0;
     flushReady();
     if (endedCount == entries.size()) {
+        watchdog.stop();
         if (progressOnTerminal)
             std::fputs("\r\033[K", err);
         emit done();
+    }
+}
+
+void BatchConverter::checkForLostJobs() {
+    bool anyRunning = false;
+    for (int index = 0; index < entries.size(); ++index)
+        if (!entries[index].ended && started[size_t(index)].load())
+            anyRunning = true;
+    if (anyRunning) {
+        idleChecks = 0;
+        return;
+    }
+    if (++idleChecks < idleChecksBeforeGivingUp)
+        return;
+    lostJobs = true;
+    for (int index = 0; index < entries.size(); ++index) {
+        Entry& entry = entries[index];
+        if (entry.ended)
+            continue;
+        entry.reason = QStringLiteral("not converted (no thread could be started)");
+        endEntry(index);
     }
 }
 
@@ -104,7 +168,7 @@ void BatchConverter::flushReady() {
             QStringLiteral("brevio-convert: ") + entry.given + QStringLiteral(": ");
         if (!entry.warning.isEmpty())
             printLine(err, prefix + QStringLiteral("warning: ") + entry.warning);
-        if (entry.converted)
+        if (entry.converted && entry.reason.isEmpty())
             printLine(out, entry.reportPath);
         else
             printLine(err, prefix + entry.reason);

@@ -1,13 +1,17 @@
 #ifndef BREVIO_BATCHCONVERTER_H
 #define BREVIO_BATCHCONVERTER_H
 
-#include <QDateTime>
+#include "filepaths.h"
+
 #include <QObject>
 #include <QString>
 #include <QStringList>
+#include <QTimer>
 #include <QVector>
 
+#include <atomic>
 #include <cstdio>
+#include <memory>
 
 // Converts a list of configuration files with one convert job each on the
 // global thread pool, the way the window does, and reports every file's
@@ -22,6 +26,10 @@ public:
     // Starts every job; emits done() once all have ended.
     void start();
     bool allConverted() const;
+    // True when some job never got a thread to run on. The pool still counts
+    // such a job as active and would wait for it forever when the program
+    // ends, so the program has to end without waiting for the pool.
+    bool threadsLost() const;
 
 signals:
     void done();
@@ -31,21 +39,33 @@ private:
         QString given;
         QString jsonPath;
         QString reportPath;
-        bool reportExisted = false;
-        QDateTime reportModifiedBefore;
+        // The report name's directory entry before the job: a written
+        // report is a new file under that name.
+        filePaths::Identity reportBefore;
         bool ended = false;
         bool converted = false;
         QString reason;
         QString warning;
     };
 
+    // Marks every file after the first one that names the same report:
+    // two jobs must never write one report, and one report cannot belong to
+    // two different configurations.
+    void settleSharedReports();
     void jobEnded(int index, bool finished);
+    void endEntry(int index);
+    void checkForLostJobs();
     void flushReady();
     void showProgress();
 
     QVector<Entry> entries;
+    // Set by each job's task the moment a pool thread runs it.
+    std::unique_ptr<std::atomic<bool>[]> started;
     int nextToPrint = 0;
     int endedCount = 0;
+    int idleChecks = 0;
+    bool lostJobs = false;
+    QTimer watchdog;
     std::FILE* out;
     std::FILE* err;
     bool progressOnTerminal;

@@ -1,7 +1,8 @@
 #ifndef BREVIO_FAILUREREASON_H
 #define BREVIO_FAILUREREASON_H
 
-#include <QDateTime>
+#include "filepaths.h"
+
 #include <QString>
 
 // Plain-sentence explanations of a job's outcome for the command line. The
@@ -11,10 +12,12 @@ namespace failureReason {
 // Why a job that ended with aborted() did not convert jsonPath.
 QString forAbortedJob(const QString& jsonPath);
 
-// Empty when the report at reportPath is a complete PDF written by this run;
-// otherwise why it is not.
-QString forFinishedJob(const QString& reportPath, bool existedBefore,
-                       const QDateTime& modifiedBefore);
+// Empty when the name reportPath now holds a new, complete PDF; otherwise
+// why it does not. before is the name's directory entry from before the
+// job: a report is written by renaming a new file over the name, so a
+// written report always has another identity, whatever the file system's
+// time stamps can tell.
+QString forFinishedJob(const QString& reportPath, const filePaths::Identity& before);
 
 // A warning when the file's content is not a JSON object, empty otherwise.
 QString jsonWarning(const QString& jsonPath);

@@ -1,12 +1,13 @@
 #include "batchconverter.h"
+#include "filenamecodec.h"
 
 #include <QCommandLineParser>
-#include <QFileInfo>
 #include <QGuiApplication>
 #include <QThreadPool>
 #include <QTimer>
 
 #include <cstdio>
+#include <cstdlib>
 
 namespace {
 
@@ -38,6 +39,9 @@ int main(int argc, char* argv[]) {
     QGuiApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("brevio-convert"));
     QCoreApplication::setApplicationVersion(QStringLiteral(BREVIO_VERSION));
+    // Before the arguments are read: file names that are not UTF-8 must
+    // come through byte for byte.
+    FileNameCodec::useForLocale();
 
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
@@ -82,5 +86,12 @@ int main(int argc, char* argv[]) {
     // Jobs start from inside the event loop that receives their signals.
     QTimer::singleShot(0, &batch, &BatchConverter::start);
     app.exec();
-    return batch.allConverted() ? exitConverted : exitNotConverted;
+    const int status = batch.allConverted() ? exitConverted : exitNotConverted;
+    if (batch.threadsLost()) {
+        // The pool waits at exit for the jobs it could not start, forever.
+        std::fflush(stdout);
+        std::fflush(stderr);
+        std::_Exit(status);
+    }
+    return status;
 }

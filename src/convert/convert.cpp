@@ -1,9 +1,9 @@
 #include "convert.h"
 
+#include "regularfile.h"
 #include "reportlayout.h"
 
 #include <QFile>
-#include <QFileInfo>
 #include <QJsonDocument>
 
 convert::convert(QObject* parent) : QObject(parent) {}
@@ -15,29 +15,40 @@ convert::~convert() {
 
 void convert::readJsonFile(QString jsonPath, QString pdfPath) {
     QMutexLocker stayAlive(&running);
-    if (!jsonPath.endsWith(QLatin1String(".json"))) {
-        emit aborted();
-        return;
+    const auto convertFile = [&]() -> bool {
+        if (!jsonPath.endsWith(QLatin1String(".json")))
+            return false;
+        // Only a regular file is read, checked on the opened descriptor:
+        // a FIFO would block the pool thread until some writer appears, and
+        // a device may never end.
+        QFile file;
+        if (!openRegularFile(file, jsonPath))
+            return false;
+        sourcePath = jsonPath;
+        const QByteArray content = file.readAll();
+        file.close();
+        if (content.isEmpty())
+            return false;
+        // A syntax error is not a failure: the empty object it leaves behind
+        // still gives a report, with every value empty.
+        readMainConfiguration(QJsonDocument::fromJson(content).object());
+        printPdf(pdfPath);
+        return true;
+    };
+    // Whoever started the job waits for exactly one of the two signals, so
+    // one is sent whatever happens on the way, running out of memory on a
+    // huge file included. A report begun by then has been cleaned up as the
+    // exception passed.
+    bool converted = false;
+    try {
+        converted = convertFile();
+    } catch (...) {
+        converted = false;
     }
-    // Only regular files are read: opening a FIFO would block the pool
-    // thread until some writer appears, and a device may never end.
-    QFile file(jsonPath);
-    if (!QFileInfo(jsonPath).isFile() || !file.open(QIODevice::ReadOnly)) {
+    if (converted)
+        emit finished();
+    else
         emit aborted();
-        return;
-    }
-    sourcePath = jsonPath;
-    const QByteArray content = file.readAll();
-    file.close();
-    if (content.isEmpty()) {
-        emit aborted();
-        return;
-    }
-    // A syntax error is not a failure: the empty object it leaves behind
-    // still gives a report, with every value empty.
-    readMainConfiguration(QJsonDocument::fromJson(content).object());
-    printPdf(pdfPath);
-    emit finished();
 }
 
 void convert::readMainConfiguration(const QJsonObject& document) {

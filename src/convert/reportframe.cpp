@@ -1,8 +1,10 @@
 #include "convert.h"
 
+#include "filepaths.h"
+#include "reportfile.h"
 #include "reportlayout.h"
+#include "reportlock.h"
 
-#include <QFileInfo>
 #include <QImage>
 #include <QPageLayout>
 #include <QPageSize>
@@ -31,14 +33,6 @@ const bool printServiceDetached = [] {
 const QImage& reportLogo() {
     static const QImage logo(QStringLiteral(":/img/veltrixLogoMain.png"));
     return logo;
-}
-
-bool reportWritable(const QString& path) {
-    const QFileInfo report(path);
-    if (report.exists())
-        return report.isFile() && report.isWritable();
-    const QFileInfo folder(report.absolutePath());
-    return folder.isDir() && folder.isWritable();
 }
 
 // The text before the first capital "T" of a date-time such as
@@ -72,16 +66,16 @@ void convert::printPdf(QString pdfPath) {
     printer.setPageSize(QPageSize(QPageSize::A4));
     printer.setPageOrientation(QPageLayout::Portrait);
 
-    if (!pdfPath.endsWith(QLatin1String(".pdf")))
-        pdfPath.replace(QLatin1String(".json"), QLatin1String(".pdf"));
-    printer.setOutputFileName(pdfPath);
-    // A painter that cannot open its file complains on stderr, and a job
-    // logs nothing, so a report that obviously cannot be created is not
-    // begun at all.
+    pdfPath = filePaths::reportFor(pdfPath);
+    // Jobs of this process take turns at one report, and each draws into a
+    // file of its own that replaces the report only once it is complete.
+    const ReportLock turn(filePaths::reportKey(pdfPath));
+    ReportFile output(pdfPath);
+    printer.setOutputFileName(output.temporaryPath());
     QPainter painter;
-    if (!reportWritable(pdfPath) || !painter.begin(&printer)) {
+    if (!output.isOpen() || !painter.begin(&printer)) {
         // There is nothing to draw on, but the job still counts through its
-        // steps and finishes.
+        // steps and finishes; an older report stays as it was.
         for (int step = 9; step <= 17; ++step)
             emit newPbarValue(step);
         return;
@@ -179,4 +173,5 @@ void convert::printPdf(QString pdfPath) {
 
     emit newPbarValue(17);
     painter.end();
+    output.commit();
 }

@@ -1,8 +1,8 @@
 // Reports that cannot be written: a folder the user may not write to, a
 // report name taken by a folder, a full disk. The job still ends with
-// finished() (it has no way to tell), never crashes, and brevio-convert
-// says "report not written" and exits 1, also when an older report was
-// there before: whether it was left alone or cut short, that is reported.
+// finished() (it has no way to tell), never crashes, leaves no half-written
+// file behind and never touches an older report; brevio-convert says
+// "report not written" and exits 1.
 
 #include "jobrunner.h"
 #include "pdfreport.h"
@@ -103,8 +103,8 @@ private slots:
     void reportNameTakenByFolder();
     void diskFullInProcess();
     void diskFullForBrevioConvert();
-    void olderReportCutShortIsReported();
-    void reportOnFullDevice();
+    void olderReportSurvivesFullDisk();
+    void linkToFullDeviceIsReplaced();
 };
 
 void TestOutputSafety::initTestCase() {
@@ -203,7 +203,8 @@ void TestOutputSafety::reportNameTakenByFolder() {
 }
 
 // The disk fills up in the middle of the report: every write beyond 16 KiB
-// fails, as on a full file system. The job cannot tell and finishes.
+// fails, as on a full file system. The job cannot tell and finishes, but the
+// cut-off file never takes the report's name and nothing of it is left.
 void TestOutputSafety::diskFullInProcess() {
     QTemporaryDir dir;
     const QString json = writeFile(dir.path(), QStringLiteral("anlage.json"), example());
@@ -216,22 +217,22 @@ void TestOutputSafety::diskFullInProcess() {
     }
     QVERIFY(job.finished());
     QCOMPARE(job.progress, oneToSeventeen());
-    const QByteArray written = readAll(reportPathFor(json));
-    QVERIFY2(written.size() <= capBytes, qPrintable(QString::number(written.size())));
-    QVERIFY(!completePdf(written));
+    QVERIFY(!QFileInfo::exists(reportPathFor(json)));
+    QCOMPARE(QDir(dir.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+             QStringList{QStringLiteral("anlage.json")});
     QCOMPARE(fileHash(json), hash);
 }
 
 // Runs brevio-convert on json with files capped at capBytes and checks that
-// it names the cut-off report instead of passing it off as written.
-bool convertOnFullDiskIsReported(const QString& json) {
+// it reports the report as not written, in the words expected.
+bool convertOnFullDiskIsReported(const QString& json, const QString& reason) {
     const ProcessRun cli =
         runProcess(QStringLiteral("prlimit"),
                    {QStringLiteral("--fsize=%1").arg(capBytes), QStringLiteral("--"),
                     QStringLiteral(BREVIO_CONVERT_BINARY), json},
                    headlessEnvironment(), 300000);
-    const QString expected = QStringLiteral("brevio-convert: ") + json +
-                             QStringLiteral(": report not written (the file is incomplete)\n");
+    const QString expected = QStringLiteral("brevio-convert: ") + json + QStringLiteral(": ") +
+                             reason + QLatin1Char('\n');
     if (cli.crashed || cli.timedOut || cli.exitCode != 1 || !cli.out.isEmpty() ||
         cli.err != expected) {
         qWarning("%s", qPrintable(cli.describe()));
@@ -244,43 +245,52 @@ void TestOutputSafety::diskFullForBrevioConvert() {
     QTemporaryDir dir;
     const QString json = writeFile(dir.path(), QStringLiteral("anlage.json"), example());
     const QByteArray hash = fileHash(json);
-    QVERIFY(convertOnFullDiskIsReported(json));
+    QVERIFY(convertOnFullDiskIsReported(json, QStringLiteral("report not written")));
+    QVERIFY(!QFileInfo::exists(reportPathFor(json)));
     QCOMPARE(fileHash(json), hash);
 }
 
-// A full disk while an older, complete report is in the way: the job
-// truncates it and writes what fits, as the window's job always does, and
-// brevio-convert does not pass that off as a report.
-void TestOutputSafety::olderReportCutShortIsReported() {
+// A full disk while an older, complete report is in the way: the new report
+// is drawn beside it and would only replace it once complete, so the older
+// one stays whole, byte for byte.
+void TestOutputSafety::olderReportSurvivesFullDisk() {
     QTemporaryDir dir;
     const QByteArray older = olderReport(dir.path());
     QVERIFY(completePdf(older));
     QVERIFY(older.size() > capBytes);
     const QString json = dir.filePath(QStringLiteral("older.json"));
-    QVERIFY(convertOnFullDiskIsReported(json));
-    const QByteArray now = readAll(reportPathFor(json));
-    QVERIFY(now != older);
-    QVERIFY(!completePdf(now));
+    QVERIFY(convertOnFullDiskIsReported(
+        json, QStringLiteral("report not written (the old report was left in place)")));
+    QCOMPARE(readAll(reportPathFor(json)), older);
+    QCOMPARE(QDir(dir.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+             (QStringList{QStringLiteral("older.json"), QStringLiteral("older.pdf")}));
 }
 
-// The report's name leads to /dev/full, where every write fails with "No
-// space left on device".
-void TestOutputSafety::reportOnFullDevice() {
+// The report's name is a link to /dev/full, where every write fails. The
+// link is a name like any other: the report replaces it and is never
+// written through it.
+void TestOutputSafety::linkToFullDeviceIsReplaced() {
     QVERIFY(QFileInfo(QStringLiteral("/dev/full")).exists());
     QTemporaryDir dir;
     const QString json = writeFile(dir.path(), QStringLiteral("anlage.json"), example());
-    QVERIFY(QFile::link(QStringLiteral("/dev/full"), reportPathFor(json)));
+    const QString report = reportPathFor(json);
+    QVERIFY(QFile::link(QStringLiteral("/dev/full"), report));
 
     const JobOutcome job = runJob(json);
     QVERIFY(job.finished());
     QCOMPARE(job.progress, oneToSeventeen());
+    QVERIFY(!QFileInfo(report).isSymLink());
+    QVERIFY(completePdf(readAll(report)));
 
+    QVERIFY(QFile::remove(report));
+    QVERIFY(QFile::link(QStringLiteral("/dev/full"), report));
     const ProcessRun cli = runConverter({json});
     QVERIFY2(!cli.crashed && !cli.timedOut, qPrintable(cli.describe()));
-    QCOMPARE(cli.exitCode, 1);
-    QCOMPARE(cli.err,
-             QStringLiteral("brevio-convert: ") + json + QStringLiteral(": report not written\n"));
-    QCOMPARE(QFile::symLinkTarget(reportPathFor(json)), QStringLiteral("/dev/full"));
+    QCOMPARE(cli.exitCode, 0);
+    QCOMPARE(cli.out, report + QLatin1Char('\n'));
+    QCOMPARE(cli.err, QString());
+    QVERIFY(!QFileInfo(report).isSymLink());
+    QVERIFY(completePdf(readAll(report)));
 }
 
 QTEST_MAIN(TestOutputSafety)

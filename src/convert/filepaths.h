@@ -1,0 +1,50 @@
+#ifndef BREVIO_FILEPATHS_H
+#define BREVIO_FILEPATHS_H
+
+#include <QString>
+
+#include <sys/types.h>
+
+// Paths as the system sees them. A name is never cleaned as text: in
+// "lnk/../plant.json" the ".." leads out of wherever lnk points, which only
+// the kernel knows, so paths are handed to it as given.
+namespace filePaths {
+
+// path made absolute by putting the working directory in front when it is
+// relative; nothing else changes.
+QString absolute(const QString& path);
+
+// The report a job writes for the configuration at jsonPath: every ".json"
+// replaced by ".pdf", unless the name already ends in ".pdf".
+QString reportFor(const QString& jsonPath);
+
+// The folder part of path: everything before its last "/".
+QString folderOf(const QString& path);
+
+// Identifies a file by its device and inode number.
+struct Identity {
+    bool exists = false;
+    dev_t device = 0;
+    ino_t inode = 0;
+    // Not part of the identity: what the entry was.
+    bool regularFile = false;
+
+    bool operator==(const Identity& other) const {
+        return exists == other.exists && device == other.device && inode == other.inode;
+    }
+    bool operator!=(const Identity& other) const { return !(*this == other); }
+};
+
+// The file that path names, links followed.
+Identity identityOf(const QString& path);
+// The directory entry path names itself: a link is not followed.
+Identity entryIdentityOf(const QString& path);
+
+// The same key for every spelling of one report name: the device and inode
+// of its folder plus its file name; the path itself when the folder cannot
+// be looked up.
+QString reportKey(const QString& reportPath);
+
+} // namespace filePaths
+
+#endif

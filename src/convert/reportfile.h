@@ -1,0 +1,39 @@
+#ifndef BREVIO_REPORTFILE_H
+#define BREVIO_REPORTFILE_H
+
+#include <QByteArray>
+#include <QString>
+
+// The place a report is drawn into before it replaces the report's name.
+// A folder of its own (mode 0700, made with mkdtemp) is created next to the
+// report, and the printer writes the file inside it, where nobody else can
+// create, swap or link anything. commit() checks that the PDF is complete,
+// flushes it to the disk and renames it over the report's name in one step:
+// a link at that name is replaced, never followed; a hard-linked name gets a
+// new file; an older report stays whole until then, and stays whole when
+// anything fails. Whatever is left is removed when the object goes.
+class ReportFile {
+public:
+    explicit ReportFile(const QString& reportPath);
+    ~ReportFile();
+    ReportFile(const ReportFile&) = delete;
+    ReportFile& operator=(const ReportFile&) = delete;
+
+    // False when no folder could be created next to the report (no write
+    // permission, no such folder): the report cannot be written.
+    bool isOpen() const;
+    // Where the printer is to write; its name is the report's own.
+    QString temporaryPath() const;
+    bool commit();
+
+    // True for a file that starts with a PDF header and ends with the
+    // trailer's end-of-file marker; a write cut short lacks the latter.
+    static bool isCompletePdf(const QString& path);
+
+private:
+    QByteArray reportName;
+    QByteArray folder;
+    QByteArray file;
+};
+
+#endif
