@@ -114,6 +114,7 @@ private slots:
     void failingInputs();
     void unwritableReport();
     void rowRemovedWhileConverting();
+    void rowsSharingAReportTakeTurns();
     void jobsGoWhenTheApplicationQuits();
     void endToEnd_data();
     void endToEnd();
@@ -428,6 +429,34 @@ void TestConversionLaunch::unwritableReport() {
     QVERIFY(QFileInfo(path(QStringLiteral("a.pdf"))).isDir());
     QCOMPARE(sha256(json), before);
     QCOMPARE(unexpected.count(), 0);
+}
+
+// Two rows whose reports are one file (the same folder reached through a
+// link): both convert, one after the other, and the report is whole; no
+// temporary file is left beside it.
+void TestConversionLaunch::rowsSharingAReportTakeTurns() {
+    QVERIFY(QDir(dir->path()).mkdir(QStringLiteral("w")));
+    QVERIFY(QFile::link(path(QStringLiteral("w")), path(QStringLiteral("link-to-w"))));
+    writeFile(path(QStringLiteral("w")), QStringLiteral("anlage.json"),
+              exampleNamed(QStringLiteral("Geteilt")));
+    MainWindow window;
+    showWindow(window);
+    window.addListWidgetItem(path(QStringLiteral("w/anlage.json")));
+    window.addListWidgetItem(path(QStringLiteral("link-to-w/anlage.json")));
+    QCOMPARE(listOf(window)->count(), 2);
+
+    JobWatch jobs;
+    pointAndClick(convertAllButton(window));
+    QCOMPARE(jobs.collect(), 2);
+    QTRY_COMPARE_WITH_TIMEOUT(rowAt(window, 0)->pBar->value(), 17, 60000);
+    QTRY_COMPARE_WITH_TIMEOUT(rowAt(window, 1)->pBar->value(), 17, 60000);
+    QVERIFY(settle(jobs));
+    const QString problem =
+        reportProblem(path(QStringLiteral("w/anlage.pdf")), QStringLiteral("Name: Geteilt"));
+    QVERIFY2(problem.isEmpty(), qPrintable(problem));
+    QCOMPARE(QDir(path(QStringLiteral("w")))
+                 .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+             (QStringList{QStringLiteral("anlage.json"), QStringLiteral("anlage.pdf")}));
 }
 
 void TestConversionLaunch::rowRemovedWhileConverting() {

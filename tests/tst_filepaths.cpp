@@ -1,0 +1,170 @@
+// Paths as the system reads them, and opening files for reading without
+// waiting on anything that is not a regular file.
+
+#include "filepaths.h"
+#include "jobrunner.h"
+#include "regularfile.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+class TestFilePaths : public QObject {
+    Q_OBJECT
+
+private slots:
+    void absoluteKeepsTheGivenText_data();
+    void absoluteKeepsTheGivenText();
+    void reportFor_data();
+    void reportFor();
+    void folderOf_data();
+    void folderOf();
+    void reportKeyIsOneForEverySpelling();
+    void identities();
+    void openRegularFile_data();
+    void openRegularFile();
+};
+
+void TestFilePaths::absoluteKeepsTheGivenText_data() {
+    QTest::addColumn<QString>("given");
+    QTest::addColumn<QString>("tail");
+    QTest::newRow("absolute") << "/data/a.json"
+                              << "";
+    QTest::newRow("relative") << "a.json"
+                              << "/a.json";
+    QTest::newRow("dot-dot after a link") << "lnk/../plant.json"
+                                          << "/lnk/../plant.json";
+    QTest::newRow("dot") << "./a.json"
+                         << "/./a.json";
+    QTest::newRow("absolute with dot-dot") << "/data/lnk/../a.json"
+                                           << "";
+}
+
+void TestFilePaths::absoluteKeepsTheGivenText() {
+    QFETCH(QString, given);
+    QFETCH(QString, tail);
+    const QString expected = tail.isEmpty() ? given : QDir::currentPath() + tail;
+    QCOMPARE(filePaths::absolute(given), expected);
+}
+
+void TestFilePaths::reportFor_data() {
+    QTest::addColumn<QString>("json");
+    QTest::addColumn<QString>("report");
+    QTest::newRow("plain") << "/data/a.json"
+                           << "/data/a.pdf";
+    QTest::newRow("every occurrence") << "/data/x.json.d/a.json"
+                                      << "/data/x.pdf.d/a.pdf";
+    QTest::newRow("ends in .pdf") << "/data/a.pdf"
+                                  << "/data/a.pdf";
+    QTest::newRow("upper case") << "/data/a.JSON"
+                                << "/data/a.JSON";
+    QTest::newRow("dot-dot kept") << "/data/lnk/../a.json"
+                                  << "/data/lnk/../a.pdf";
+}
+
+void TestFilePaths::reportFor() {
+    QFETCH(QString, json);
+    QFETCH(QString, report);
+    QCOMPARE(filePaths::reportFor(json), report);
+}
+
+void TestFilePaths::folderOf_data() {
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("folder");
+    QTest::newRow("nested") << "/data/sub/a.pdf"
+                            << "/data/sub";
+    QTest::newRow("root") << "/a.pdf"
+                          << "/";
+    QTest::newRow("no folder") << "a.pdf"
+                               << ".";
+    QTest::newRow("dot-dot") << "/data/lnk/../a.pdf"
+                             << "/data/lnk/..";
+}
+
+void TestFilePaths::folderOf() {
+    QFETCH(QString, path);
+    QFETCH(QString, folder);
+    QCOMPARE(filePaths::folderOf(path), folder);
+}
+
+void TestFilePaths::reportKeyIsOneForEverySpelling() {
+    QTemporaryDir dir;
+    QVERIFY(QDir(dir.path()).mkpath(QStringLiteral("w/sub")));
+    QVERIFY(QFile::link(dir.filePath(QStringLiteral("w")), dir.filePath(QStringLiteral("link"))));
+    const QString key = filePaths::reportKey(dir.filePath(QStringLiteral("w/a.pdf")));
+    QCOMPARE(filePaths::reportKey(dir.filePath(QStringLiteral("link/a.pdf"))), key);
+    QCOMPARE(filePaths::reportKey(dir.filePath(QStringLiteral("w/sub/../a.pdf"))), key);
+    QCOMPARE(filePaths::reportKey(dir.filePath(QStringLiteral("w/./a.pdf"))), key);
+    QVERIFY(filePaths::reportKey(dir.filePath(QStringLiteral("w/b.pdf"))) != key);
+    QVERIFY(filePaths::reportKey(dir.filePath(QStringLiteral("w/sub/a.pdf"))) != key);
+    // A folder that does not exist: the path itself.
+    const QString missing = dir.filePath(QStringLiteral("missing/a.pdf"));
+    QCOMPARE(filePaths::reportKey(missing), missing);
+}
+
+void TestFilePaths::identities() {
+    QTemporaryDir dir;
+    const QString file = writeFile(dir.path(), QStringLiteral("a.json"), "{}");
+    const QString link = dir.filePath(QStringLiteral("link.json"));
+    QVERIFY(QFile::link(file, link));
+    const filePaths::Identity target = filePaths::identityOf(file);
+    QVERIFY(target.exists && target.regularFile);
+    QCOMPARE(filePaths::identityOf(link), target);
+    const filePaths::Identity entry = filePaths::entryIdentityOf(link);
+    QVERIFY(entry.exists && !entry.regularFile);
+    QVERIFY(entry != target);
+    QVERIFY(!filePaths::identityOf(dir.filePath(QStringLiteral("missing"))).exists);
+}
+
+void TestFilePaths::openRegularFile_data() {
+    QTest::addColumn<QString>("kind");
+    QTest::addColumn<bool>("opens");
+    QTest::addColumn<QString>("reason");
+    QTest::newRow("regular file") << "file" << true << "";
+    QTest::newRow("link to a regular file") << "link" << true << "";
+    QTest::newRow("fifo without a writer") << "fifo" << false << "not a regular file";
+    QTest::newRow("directory") << "directory" << false << "it is a directory";
+    QTest::newRow("character device") << "device" << false << "not a regular file";
+    QTest::newRow("missing") << "missing" << false << "No such file or directory";
+    QTest::newRow("link loop") << "loop" << false << "Too many levels of symbolic links";
+}
+
+void TestFilePaths::openRegularFile() {
+    QFETCH(QString, kind);
+    QFETCH(bool, opens);
+    QFETCH(QString, reason);
+    QTemporaryDir dir;
+    QString path = dir.filePath(QStringLiteral("input"));
+    if (kind == QLatin1String("file")) {
+        path = writeFile(dir.path(), QStringLiteral("input"), "{}");
+    } else if (kind == QLatin1String("link")) {
+        QVERIFY(QFile::link(writeFile(dir.path(), QStringLiteral("target"), "{}"), path));
+    } else if (kind == QLatin1String("fifo")) {
+        QVERIFY(::mkfifo(QFile::encodeName(path).constData(), 0600) == 0);
+    } else if (kind == QLatin1String("directory")) {
+        QVERIFY(QDir().mkdir(path));
+    } else if (kind == QLatin1String("device")) {
+        path = QStringLiteral("/dev/null");
+    } else if (kind == QLatin1String("loop")) {
+        QVERIFY(QFile::link(path, path));
+    }
+    QElapsedTimer clock;
+    clock.start();
+    QFile file;
+    QString why;
+    QCOMPARE(::openRegularFile(file, path, &why), opens);
+    // Not waiting for a FIFO's writer: this returns at once, or never.
+    QVERIFY(clock.elapsed() < 10000);
+    QCOMPARE(file.isOpen(), opens);
+    QCOMPARE(why, reason);
+    if (opens)
+        QCOMPARE(file.readAll(), QByteArray("{}"));
+}
+
+QTEST_MAIN(TestFilePaths)
+#include "tst_filepaths.moc"

@@ -1,0 +1,211 @@
+// A report is drawn into a file of its own next to its name and takes the
+// name only when complete; jobs of one process take turns at one report.
+
+#include "filepaths.h"
+#include "jobrunner.h"
+#include "reportfile.h"
+#include "reportlock.h"
+
+#include <QAtomicInt>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSemaphore>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QThread>
+#include <QtConcurrent>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+const QByteArray completePdf = "%PDF-1.4\nbody\n%%EOF\n";
+
+QStringList entries(const QString& folder) {
+    QStringList names = QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System |
+                                               QDir::NoDotAndDotDot);
+    names.sort();
+    return names;
+}
+
+QByteArray contentOf(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+bool write(const QString& path, const QByteArray& bytes) {
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+}
+
+} // namespace
+
+class TestReportFile : public QObject {
+    Q_OBJECT
+
+private slots:
+    void commitReplacesTheName_data();
+    void commitReplacesTheName();
+    void incompleteFileNeverTakesTheName_data();
+    void incompleteFileNeverTakesTheName();
+    void folderThatCannotBeCreated();
+    void temporaryFolderIsPrivate();
+    void isCompletePdf_data();
+    void isCompletePdf();
+    void sameReportTakesTurns();
+    void otherReportsDoNotWait();
+};
+
+void TestReportFile::commitReplacesTheName_data() {
+    QTest::addColumn<QString>("before");
+    QTest::newRow("nothing") << "nothing";
+    QTest::newRow("older report") << "older";
+    QTest::newRow("link to another file") << "link";
+    QTest::newRow("hard link") << "hard link";
+}
+
+void TestReportFile::commitReplacesTheName() {
+    QFETCH(QString, before);
+    QTemporaryDir dir;
+    const QString report = dir.filePath(QStringLiteral("a.pdf"));
+    const QString other = writeFile(dir.path(), QStringLiteral("other.txt"), "other");
+    if (before == QLatin1String("older"))
+        QVERIFY(write(report, "older"));
+    else if (before == QLatin1String("link"))
+        QVERIFY(QFile::link(other, report));
+    else if (before == QLatin1String("hard link"))
+        QVERIFY(QFile::link(other, report) && QFile::remove(report) &&
+                ::link(QFile::encodeName(other).constData(),
+                       QFile::encodeName(report).constData()) == 0);
+    const filePaths::Identity old = filePaths::entryIdentityOf(report);
+    {
+        ReportFile output(report);
+        QVERIFY(output.isOpen());
+        QVERIFY(output.temporaryPath().endsWith(QStringLiteral("/a.pdf")));
+        QVERIFY(output.temporaryPath() != report);
+        QCOMPARE(QFileInfo(QFileInfo(output.temporaryPath()).path()).path(), dir.path());
+        QVERIFY(write(output.temporaryPath(), completePdf));
+        QVERIFY(output.commit());
+    }
+    QCOMPARE(contentOf(report), completePdf);
+    QVERIFY(!QFileInfo(report).isSymLink());
+    QVERIFY(filePaths::entryIdentityOf(report) != old);
+    QCOMPARE(contentOf(other), QByteArray("other"));
+    QCOMPARE(entries(dir.path()),
+             (QStringList{QStringLiteral("a.pdf"), QStringLiteral("other.txt")}));
+}
+
+void TestReportFile::incompleteFileNeverTakesTheName_data() {
+    QTest::addColumn<QByteArray>("written");
+    QTest::newRow("nothing written") << QByteArray();
+    QTest::newRow("cut before the end") << QByteArray("%PDF-1.4\nbody\n");
+    QTest::newRow("not a PDF") << QByteArray("body\n%%EOF\n");
+}
+
+void TestReportFile::incompleteFileNeverTakesTheName() {
+    QFETCH(QByteArray, written);
+    QTemporaryDir dir;
+    const QString report = dir.filePath(QStringLiteral("a.pdf"));
+    QVERIFY(write(report, "older"));
+    {
+        ReportFile output(report);
+        QVERIFY(output.isOpen());
+        if (!written.isEmpty())
+            QVERIFY(write(output.temporaryPath(), written));
+        QVERIFY(!output.commit());
+    }
+    QCOMPARE(contentOf(report), QByteArray("older"));
+    QCOMPARE(entries(dir.path()), QStringList{QStringLiteral("a.pdf")});
+}
+
+void TestReportFile::folderThatCannotBeCreated() {
+    QTemporaryDir dir;
+    ReportFile output(dir.filePath(QStringLiteral("missing/a.pdf")));
+    QVERIFY(!output.isOpen());
+    QVERIFY(!output.commit());
+    QCOMPARE(entries(dir.path()), QStringList());
+}
+
+// Nobody else may create, swap or link anything where the printer writes.
+void TestReportFile::temporaryFolderIsPrivate() {
+    QTemporaryDir dir;
+    ReportFile output(dir.filePath(QStringLiteral("a.pdf")));
+    QVERIFY(output.isOpen());
+    struct stat info {};
+    const QString folder = QFileInfo(output.temporaryPath()).path();
+    QVERIFY(::lstat(QFile::encodeName(folder).constData(), &info) == 0);
+    QVERIFY(S_ISDIR(info.st_mode));
+    QCOMPARE(int(info.st_mode & 0777), 0700);
+    QVERIFY(QFileInfo(folder).fileName().startsWith(QLatin1Char('.')));
+}
+
+void TestReportFile::isCompletePdf_data() {
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<bool>("complete");
+    QTest::newRow("complete") << completePdf << true;
+    QTest::newRow("empty") << QByteArray() << false;
+    QTest::newRow("no end marker") << QByteArray("%PDF-1.4\n") << false;
+    QTest::newRow("no header") << QByteArray("%%EOF") << false;
+    QTest::newRow("end marker far from the end")
+        << QByteArray("%PDF-1.4\n%%EOF\n") + QByteArray(4096, ' ') << false;
+}
+
+void TestReportFile::isCompletePdf() {
+    QFETCH(QByteArray, bytes);
+    QFETCH(bool, complete);
+    QTemporaryDir dir;
+    const QString path = writeFile(dir.path(), QStringLiteral("a.pdf"), bytes);
+    QCOMPARE(ReportFile::isCompletePdf(path), complete);
+}
+
+// The second holder of a report's lock gets it only after the first has
+// let go, on every spelling of the name.
+void TestReportFile::sameReportTakesTurns() {
+    QTemporaryDir dir;
+    QVERIFY(QDir(dir.path()).mkdir(QStringLiteral("w")));
+    QVERIFY(QFile::link(dir.filePath(QStringLiteral("w")), dir.filePath(QStringLiteral("link"))));
+    const QString first = filePaths::reportKey(dir.filePath(QStringLiteral("w/a.pdf")));
+    const QString second = filePaths::reportKey(dir.filePath(QStringLiteral("link/a.pdf")));
+
+    QAtomicInt inside = 0;
+    QAtomicInt overlaps = 0;
+    QSemaphore firstInside;
+    QSemaphore release;
+    QFuture<void> holder = QtConcurrent::run([&] {
+        const ReportLock lock(first);
+        inside.ref();
+        firstInside.release();
+        release.acquire();
+        inside.deref();
+    });
+    firstInside.acquire();
+    QAtomicInt secondGotIt = 0;
+    QFuture<void> waiter = QtConcurrent::run([&] {
+        const ReportLock lock(second);
+        if (inside.loadAcquire() != 0)
+            overlaps.ref();
+        secondGotIt.ref();
+    });
+    QThread::msleep(200);
+    QCOMPARE(secondGotIt.loadAcquire(), 0);
+    release.release();
+    waiter.waitForFinished();
+    holder.waitForFinished();
+    QCOMPARE(secondGotIt.loadAcquire(), 1);
+    QCOMPARE(overlaps.loadAcquire(), 0);
+}
+
+void TestReportFile::otherReportsDoNotWait() {
+    QTemporaryDir dir;
+    const ReportLock held(filePaths::reportKey(dir.filePath(QStringLiteral("a.pdf"))));
+    QFuture<bool> other = QtConcurrent::run([&] {
+        const ReportLock lock(filePaths::reportKey(dir.filePath(QStringLiteral("b.pdf"))));
+        return true;
+    });
+    QVERIFY(other.result());
+}
+
+QTEST_MAIN(TestReportFile)
+#include "tst_reportfile.moc"
