@@ -23,13 +23,6 @@ namespace {
 
 const QByteArray completePdf = "%PDF-1.4\nbody\n%%EOF\n";
 
-QStringList entries(const QString& folder) {
-    QStringList names = QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System |
-                                               QDir::NoDotAndDotDot);
-    names.sort();
-    return names;
-}
-
 QByteArray contentOf(const QString& path) {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
@@ -93,7 +86,7 @@ void TestReportFile::commitReplacesTheName() {
     QVERIFY(!QFileInfo(report).isSymLink());
     QVERIFY(filePaths::entryIdentityOf(report) != old);
     QCOMPARE(contentOf(other), QByteArray("other"));
-    QCOMPARE(entries(dir.path()),
+    QCOMPARE(folderEntries(dir.path()),
              (QStringList{QStringLiteral("a.pdf"), QStringLiteral("other.txt")}));
 }
 
@@ -117,7 +110,7 @@ void TestReportFile::incompleteFileNeverTakesTheName() {
         QVERIFY(!output.commit());
     }
     QCOMPARE(contentOf(report), QByteArray("older"));
-    QCOMPARE(entries(dir.path()), QStringList{QStringLiteral("a.pdf")});
+    QCOMPARE(folderEntries(dir.path()), QStringList{QStringLiteral("a.pdf")});
 }
 
 void TestReportFile::folderThatCannotBeCreated() {
@@ -125,7 +118,7 @@ void TestReportFile::folderThatCannotBeCreated() {
     ReportFile output(dir.filePath(QStringLiteral("missing/a.pdf")));
     QVERIFY(!output.isOpen());
     QVERIFY(!output.commit());
-    QCOMPARE(entries(dir.path()), QStringList());
+    QCOMPARE(folderEntries(dir.path()), QStringList());
 }
 
 // Nobody else may create, swap or link anything where the printer writes.

@@ -1,6 +1,7 @@
 #include "jobrunner.h"
 
 #include "convert.h"
+#include "filepaths.h"
 
 #include <QDir>
 #include <QEventLoop>
@@ -40,10 +41,14 @@ JobOutcome runJob(const QString& path, int timeoutMs) {
 }
 
 QString reportPathFor(const QString& jsonPath) {
-    QString report = jsonPath;
-    if (!report.endsWith(QLatin1String(".pdf")))
-        report.replace(QLatin1String(".json"), QLatin1String(".pdf"));
-    return report;
+    return filePaths::reportFor(jsonPath);
+}
+
+QStringList folderEntries(const QString& folder) {
+    QStringList names = QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System |
+                                               QDir::NoDotAndDotDot);
+    names.sort();
+    return names;
 }
 
 QString testData(const QString& name) {

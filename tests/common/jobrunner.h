@@ -3,6 +3,7 @@
 
 #include <QList>
 #include <QString>
+#include <QStringList>
 
 // What one conversion job reported, in the order it reported it.
 struct JobOutcome {
@@ -21,6 +22,10 @@ JobOutcome runJob(const QString& path, int timeoutMs = 60000);
 
 // The report path a job writes for a configuration path.
 QString reportPathFor(const QString& jsonPath);
+
+// Every entry of a folder, hidden ones included, sorted: for checking that
+// nothing was left behind.
+QStringList folderEntries(const QString& folder);
 
 // The absolute path of a file in tests/data.
 QString testData(const QString& name);

@@ -42,14 +42,6 @@ QString reportedName(const QString& path) {
     return report.lineStartingWith(0, QStringLiteral("Name: ")).text;
 }
 
-// Every entry of a folder, hidden ones included: nothing may be left behind.
-QStringList entries(const QString& folder) {
-    QStringList names = QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System |
-                                               QDir::NoDotAndDotDot);
-    names.sort();
-    return names;
-}
-
 // brevio-convert run from folder, so that relative names stay relative.
 ProcessRun convertIn(const QString& folder, const QStringList& arguments,
                      const QString& shellPrefix = QString()) {
@@ -168,11 +160,11 @@ void TestReportPlacement::linkAtReportName() {
     QCOMPARE(QFile(path(QStringLiteral("keep.txt"))).size(), qint64(4));
     QCOMPARE(fileHash(path(QStringLiteral("keep.txt"))),
              QCryptographicHash::hash("keep", QCryptographicHash::Sha256).toHex());
-    QCOMPARE(entries(path(QStringLiteral("other"))), QStringList{QStringLiteral("keep.txt")});
+    QCOMPARE(folderEntries(path(QStringLiteral("other"))), QStringList{QStringLiteral("keep.txt")});
     QCOMPARE(QFile(path(QStringLiteral("other/keep.txt"))).size(), qint64(5));
     QVERIFY(!QFileInfo(report).isSymLink());
     QVERIFY(completePdf(report));
-    QCOMPARE(entries(dir->path()),
+    QCOMPARE(folderEntries(dir->path()),
              (QStringList{QStringLiteral("c.json"), QStringLiteral("c.pdf"),
                           QStringLiteral("keep.txt"), QStringLiteral("other")}));
 }
@@ -249,7 +241,7 @@ void TestReportPlacement::reportsSharedByInputs() {
     QVERIFY(!QFileInfo::exists(path(QStringLiteral("link-to-w/x.pdf"))));
     for (const QString& folder : {QStringLiteral("."), QStringLiteral("w"),
                                   QStringLiteral("d.json"), QStringLiteral("d.pdf")})
-        for (const QString& name : entries(path(folder)))
+        for (const QString& name : folderEntries(path(folder)))
             QVERIFY2(!name.startsWith(QLatin1Char('.')), qPrintable(folder + '/' + name));
 }
 
@@ -298,7 +290,7 @@ void TestReportPlacement::pathsTheSystemRefuses() {
     QCOMPARE(run.out, QString());
     QCOMPARE(run.err, QStringLiteral("brevio-convert: ") + given + QStringLiteral(": ") + reason +
                           QLatin1Char('\n'));
-    QCOMPARE(entries(dir->path()), QStringList{QStringLiteral("a.json")});
+    QCOMPARE(folderEntries(dir->path()), QStringList{QStringLiteral("a.json")});
 }
 
 void TestReportPlacement::namesThatAreNotUtf8_data() {
@@ -372,7 +364,7 @@ void TestReportPlacement::fifoAtInputName() {
     QCOMPARE(run.exitCode, 1);
     QCOMPARE(run.err,
              QStringLiteral("brevio-convert: a.json: cannot be opened: not a regular file\n"));
-    QCOMPARE(entries(dir->path()), QStringList{QStringLiteral("a.json")});
+    QCOMPARE(folderEntries(dir->path()), QStringList{QStringLiteral("a.json")});
 }
 
 // A FIFO at the report's name is replaced like a link, never opened.
@@ -404,7 +396,7 @@ void TestReportPlacement::noThreadCanBeStarted() {
                  "brevio-convert: a.json: not converted (no thread could be started)\n"
                  "brevio-convert: b.json: not converted (no thread could be started)\n")),
              qPrintable(run.err));
-    QCOMPARE(entries(dir->path()),
+    QCOMPARE(folderEntries(dir->path()),
              (QStringList{QStringLiteral("a.json"), QStringLiteral("b.json")}));
 }
 
@@ -432,7 +424,7 @@ void TestReportPlacement::outOfMemory() {
     QCOMPARE(run.out, path(QStringLiteral("small.pdf")) + QLatin1Char('\n'));
     QCOMPARE(run.err, QStringLiteral("brevio-convert: huge.json: not converted\n"));
     QVERIFY(!QFileInfo::exists(path(QStringLiteral("huge.pdf"))));
-    QCOMPARE(entries(dir->path()),
+    QCOMPARE(folderEntries(dir->path()),
              (QStringList{QStringLiteral("huge.json"), QStringLiteral("small.json"),
                           QStringLiteral("small.pdf")}));
 }
