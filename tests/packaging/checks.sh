@@ -51,13 +51,16 @@ check_desktop_file() { # root
 check_metainfo() { # root version
     local metainfo=$1/share/metainfo/org.brevio.Brevio.metainfo.xml output
     output=$(appstreamcli validate --no-net "$metainfo" 2>&1) || fail "appstreamcli: $output"
-    if grep -qE '^[EW]: ' <<<"$output"; then
+    # Infos too: each names something missing that the metainfo can give.
+    if grep -qE '^[EWI]: ' <<<"$output"; then
         fail "appstreamcli: $output"
     fi
     grep -qF "<release version=\"$2\" date=\"2026-11-22\">" "$metainfo" ||
         fail "metainfo lacks the release $2"
     grep -qF '<launchable type="desktop-id">org.brevio.Brevio.desktop</launchable>' "$metainfo" ||
         fail "metainfo lacks the launchable"
+    grep -qF '<content_rating type="oars-1.1"' "$metainfo" || fail "metainfo lacks the content rating"
+    grep -qE '<image[^>]*>https://[^<]+\.png</image>' "$metainfo" || fail "metainfo lacks the screenshot"
     for binary in brevio brevio-convert; do
         grep -qF "<binary>$binary</binary>" "$metainfo" || fail "metainfo does not provide $binary"
     done
