@@ -4,7 +4,7 @@
 #   check-install.sh BUILD-FOLDER VERSION REPORT-CHECK
 set -euo pipefail
 build=$1 version=$2 report_check=$3
-# shellcheck source=checks.sh
+# shellcheck source=SCRIPTDIR/checks.sh
 source "$(dirname "$0")/checks.sh"
 
 dest=$(mktemp -d)

@@ -5,7 +5,7 @@
 # Exits 77 (skipped) after all other checks when lintian is not installed.
 set -euo pipefail
 source_dir=$1 package_build=$2 version=$3 report_check=$4
-# shellcheck source=checks.sh
+# shellcheck source=SCRIPTDIR/checks.sh
 source "$(dirname "$0")/checks.sh"
 
 deb=$("$source_dir/package.sh" "$package_build" 2>"$package_build.log" | tail -n1) || {

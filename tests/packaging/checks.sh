@@ -71,7 +71,7 @@ check_man_pages() { # root
     for page in brevio brevio-convert; do
         warnings=$(zcat "$1/share/man/man1/$page.1.gz" | groff -ww -z -man 2>&1)
         [ -z "$warnings" ] || fail "groff on $page.1: $warnings"
-        text=$(MANWIDTH=80 MAN_KEEP_FORMATTING= man -l "$1/share/man/man1/$page.1.gz" 2>&1 | col -b)
+        text=$(MANWIDTH=80 man -l "$1/share/man/man1/$page.1.gz" 2>&1 | col -b)
         for section in NAME SYNOPSIS DESCRIPTION OPTIONS 'EXIT STATUS' ENVIRONMENT EXAMPLES; do
             grep -qx "$section" <<<"$text" || fail "$page.1 has no $section section"
         done
