@@ -199,8 +199,14 @@ void TestLaunch::helpAndVersionNeedNoDisplay() {
         QVERIFY(help.out.contains(QStringLiteral("[FILE...]")));
         QVERIFY(help.out.contains(QStringLiteral("--version")));
     }
-    for (const QString& option : {QStringLiteral("--version"), QStringLiteral("-v")}) {
-        const Run version = runWithoutDisplay({option});
+    // Qt's own options are left for the window, whose toolkit is never
+    // started here.
+    const QList<QStringList> versionRequests{
+        {QStringLiteral("--version")},
+        {QStringLiteral("-v")},
+        {QStringLiteral("-style"), QStringLiteral("fusion"), QStringLiteral("--version")}};
+    for (const QStringList& arguments : versionRequests) {
+        const Run version = runWithoutDisplay(arguments);
         QVERIFY2(!version.crashed, qPrintable(version.err));
         QCOMPARE(version.exitCode, 0);
         QCOMPARE(version.out, QStringLiteral("brevio " BREVIO_VERSION "\n"));
@@ -214,6 +220,12 @@ void TestLaunch::mistakesNeedNoDisplay() {
     QVERIFY2(run.err.startsWith(QStringLiteral("brevio: Unknown option 'bogus'.")),
              qPrintable(run.err));
     QCOMPARE(run.out, QString());
+
+    const Run mixed = runWithoutDisplay(
+        {QStringLiteral("-platform"), QStringLiteral("xcb"), QStringLiteral("--bogus")});
+    QVERIFY(!mixed.crashed);
+    QCOMPARE(mixed.exitCode, 2);
+    QVERIFY2(mixed.err.contains(QStringLiteral("bogus")), qPrintable(mixed.err));
 }
 
 QTEST_MAIN(TestLaunch)

@@ -96,19 +96,19 @@ int answerWithoutDisplay(int argc, char* argv[]) {
         arguments.append(QString::fromLocal8Bit(argv[i]));
 
     Parser parser;
-    const bool parsed = parser.parser.parse(arguments);
+    bool parsed = parser.parser.parse(arguments);
     if (!parsed) {
+        // QApplication takes its own options out; whether they are right is
+        // its business. The parser goes on past unknown options, so --help
+        // and --version after them are still seen.
         const QStringList unknown = parser.parser.unknownOptionNames();
-        bool onlyToolkitOptions = !unknown.isEmpty();
+        parsed = !unknown.isEmpty();
         for (const QString& name : unknown)
-            onlyToolkitOptions = onlyToolkitOptions && toolkitOptionNames().contains(name);
-        // QApplication removes these; the second pass sees what is left.
-        if (onlyToolkitOptions)
-            return startWindow;
-    } else if (parser.parser.isSet(QStringLiteral("help-all")) ||
-               (!parser.parser.isSet(parser.help) && !parser.parser.isSet(parser.version))) {
-        return startWindow;
+            parsed = parsed && toolkitOptionNames().contains(name);
     }
+    if (parsed && (parser.parser.isSet(QStringLiteral("help-all")) ||
+                   (!parser.parser.isSet(parser.help) && !parser.parser.isSet(parser.version))))
+        return startWindow;
     // Only for the program name in the help text; no platform plugin is
     // loaded by a core application.
     QCoreApplication core(argc, argv);
