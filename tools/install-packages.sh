@@ -1,20 +1,24 @@
 #!/usr/bin/env bash
 # Installs the Debian packages a task needs, only those still missing.
 #   tools/install-packages.sh run    what building and running Brevio needs
-#   tools/install-packages.sh test   that, plus what the tests need
+#   tools/install-packages.sh test   that, plus what the tests need (packaging included)
 #   tools/install-packages.sh fuzz   that, plus clang and its fuzzer runtime
+#   tools/install-packages.sh package   "run", plus what building the .deb needs
 set -euo pipefail
 
 run_packages=(cmake ninja-build g++ pkg-config qtbase5-dev qtbase5-dev-tools fonts-dejavu-core)
-test_packages=(libpoppler-qt5-dev poppler-utils xvfb xdotool imagemagick x11-utils)
+test_packages=(libpoppler-qt5-dev poppler-utils xvfb xdotool imagemagick x11-utils
+    desktop-file-utils appstream groff-base man-db lintian)
+package_packages=(dpkg-dev file)
 fuzz_packages=(clang libclang-rt-14-dev)
 
 case "${1:-}" in
 run) wanted=("${run_packages[@]}") ;;
-test) wanted=("${run_packages[@]}" "${test_packages[@]}") ;;
+test) wanted=("${run_packages[@]}" "${test_packages[@]}" "${package_packages[@]}") ;;
 fuzz) wanted=("${run_packages[@]}" "${fuzz_packages[@]}") ;;
+package) wanted=("${run_packages[@]}" "${package_packages[@]}") ;;
 *)
-    echo "usage: $0 run|test|fuzz" >&2
+    echo "usage: $0 run|test|fuzz|package" >&2
     exit 2
     ;;
 esac

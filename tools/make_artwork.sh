@@ -157,9 +157,21 @@ close_btn  white   "$BLUE" "$BLUE" "$IMG/btnClose.png"
 close_btn  "$BLUE" "$BLUE" white   "$IMG/btnCloseInv.png"
 
 # ---------------------------------------------------------------------------
-# Application icon: the logo mark (white) on a blue rounded square, stored
-# as an ICO with 16, 24, 32, 48, 64 and 256 pixel images.
+# Application icon: the logo mark (white) on a blue rounded square. Desktops
+# take it from the hicolor icon theme under the application's id, as SVG and
+# as PNG in the sizes they ask for; Windows builds take the ICO with 16, 24,
+# 32, 48, 64 and 256 pixel images.
 # ---------------------------------------------------------------------------
+APP_ID=org.brevio.Brevio
+HICOLOR="$ROOT/resources/icons/hicolor"
+icon_png() { # size
+    echo "$HICOLOR/${1}x${1}/apps/$APP_ID.png"
+}
+mkdir -p "$HICOLOR/scalable/apps"
+for s in 16 22 24 32 48 64 128 256; do
+    mkdir -p "$HICOLOR/${s}x${s}/apps"
+done
+
 "$IM" -size 256x256 xc:none \
     -fill "$BLUE" -stroke none \
     -draw "roundrectangle 0,0 255,255 48,48" \
@@ -171,15 +183,34 @@ close_btn  "$BLUE" "$BLUE" white   "$IMG/btnCloseInv.png"
     -draw "stroke-linecap round line 88,118 166,118" \
     -draw "stroke-linecap round line 88,152 166,152" \
     -draw "stroke-linecap round line 88,186 134,186" \
-    $OUT "PNG32:$TMP/icon256.png"
+    $OUT "PNG32:$(icon_png 256)"
 
-for s in 16 24 32 48 64; do
-    "$IM" "$TMP/icon256.png" -filter Lanczos -resize ${s}x${s} \
-        $OUT "PNG32:$TMP/icon$s.png"
+for s in 16 22 24 32 48 64 128; do
+    "$IM" "$(icon_png 256)" -filter Lanczos -resize ${s}x${s} \
+        $OUT "PNG32:$(icon_png $s)"
 done
 
-"$IM" "$TMP/icon16.png" "$TMP/icon24.png" "$TMP/icon32.png" \
-    "$TMP/icon48.png" "$TMP/icon64.png" "$TMP/icon256.png" \
+# The same drawing as SVG. ImageMagick places coordinates on pixel centres,
+# SVG on pixel corners, hence the half-pixel shift of everything but the
+# background.
+cat >"$HICOLOR/scalable/apps/$APP_ID.svg" <<EOF
+<?xml version="1.0" encoding="UTF-8"?>
+<svg xmlns="http://www.w3.org/2000/svg" width="256" height="256" viewBox="0 0 256 256">
+  <rect width="256" height="256" rx="48" ry="48" fill="$BLUE"/>
+  <g transform="translate(0.5 0.5)" stroke-linejoin="round">
+    <polygon points="58,44 150,44 196,90 196,212 58,212" fill="#ffffff" stroke="#ffffff" stroke-width="10"/>
+    <polygon points="150,44 150,90 196,90" fill="$BLUE_LT" stroke="$BLUE_LT" stroke-width="6"/>
+    <g fill="none" stroke="$TEAL" stroke-width="18" stroke-linecap="round">
+      <line x1="88" y1="118" x2="166" y2="118"/>
+      <line x1="88" y1="152" x2="166" y2="152"/>
+      <line x1="88" y1="186" x2="134" y2="186"/>
+    </g>
+  </g>
+</svg>
+EOF
+
+"$IM" "$(icon_png 16)" "$(icon_png 24)" "$(icon_png 32)" \
+    "$(icon_png 48)" "$(icon_png 64)" "$(icon_png 256)" \
     $OUT "ICO:$ICO"
 
-echo "make_artwork: wrote $IMG/*.png and $ICO"
+echo "make_artwork: wrote $IMG/*.png, $HICOLOR and $ICO"

@@ -28,4 +28,4 @@ export LSAN_OPTIONS="suppressions=$PWD/tests/sanitizers/lsan.supp:print_suppress
 export QT_QPA_PLATFORM=offscreen
 
 cd "$build"
-ctest --output-on-failure --parallel 2 --timeout 1800 "$@"
+ctest --output-on-failure --parallel 2 --timeout 1800 -LE packaging "$@"

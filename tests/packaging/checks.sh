@@ -1,0 +1,123 @@
+# Checks shared by check-install.sh and check-package.sh, run on an
+# installed tree: ROOT is its prefix (…/usr). Sourced, not run.
+# shellcheck shell=bash
+
+here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+
+fail() {
+    echo "FAIL: $*" >&2
+    exit 1
+}
+
+# Exactly the expected files: nothing from tests or bench, nothing missing.
+check_file_list() { # root
+    local actual
+    actual=$(cd "$1" && find . -type f -o -type l | sed 's|^\./||' | LC_ALL=C sort)
+    if [ "$actual" != "$(LC_ALL=C sort "$here/installed-files.txt")" ]; then
+        diff <(LC_ALL=C sort "$here/installed-files.txt") <(echo "$actual") >&2 || true
+        fail "installed files differ from tests/packaging/installed-files.txt (< expected, > installed)"
+    fi
+    [ -x "$1/bin/brevio" ] || fail "bin/brevio is not executable"
+    [ -x "$1/bin/brevio-convert" ] || fail "bin/brevio-convert is not executable"
+}
+
+check_icons() { # root
+    local size described
+    for size in 16 22 24 32 48 64 128 256; do
+        described=$(file -b "$1/share/icons/hicolor/${size}x${size}/apps/org.brevio.Brevio.png")
+        [[ $described == "PNG image data, $size x $size,"* ]] ||
+            fail "${size}x${size} icon is: $described"
+    done
+    grep -q '<svg ' "$1/share/icons/hicolor/scalable/apps/org.brevio.Brevio.svg" ||
+        fail "the scalable icon is no SVG"
+}
+
+check_desktop_file() { # root
+    local desktop=$1/share/applications/org.brevio.Brevio.desktop output
+    # Hints are advice (two main categories are intended); warnings and
+    # errors are not.
+    output=$(desktop-file-validate "$desktop" 2>&1) || fail "desktop-file-validate: $output"
+    if grep -v ': hint: ' <<<"$output" | grep -q .; then
+        fail "desktop-file-validate: $output"
+    fi
+    for line in 'Name=Brevio' 'Exec=brevio %F' 'Icon=org.brevio.Brevio' \
+        'Categories=Office;Utility;' 'MimeType=application/json;'; do
+        grep -qxF "$line" "$desktop" || fail "desktop file lacks $line"
+    done
+    grep -q '^Comment=.' "$desktop" || fail "desktop file lacks an English comment"
+    grep -q '^Comment\[de\]=.' "$desktop" || fail "desktop file lacks a German comment"
+}
+
+check_metainfo() { # root version
+    local metainfo=$1/share/metainfo/org.brevio.Brevio.metainfo.xml output
+    output=$(appstreamcli validate --no-net "$metainfo" 2>&1) || fail "appstreamcli: $output"
+    # Infos too: each names something missing that the metainfo can give.
+    if grep -qE '^[EWI]: ' <<<"$output"; then
+        fail "appstreamcli: $output"
+    fi
+    grep -qF "<release version=\"$2\" date=\"2026-11-22\">" "$metainfo" ||
+        fail "metainfo lacks the release $2"
+    grep -qF '<launchable type="desktop-id">org.brevio.Brevio.desktop</launchable>' "$metainfo" ||
+        fail "metainfo lacks the launchable"
+    grep -qF '<content_rating type="oars-1.1"' "$metainfo" || fail "metainfo lacks the content rating"
+    grep -qE '<image[^>]*>https://[^<]+\.png</image>' "$metainfo" || fail "metainfo lacks the screenshot"
+    for binary in brevio brevio-convert; do
+        grep -qF "<binary>$binary</binary>" "$metainfo" || fail "metainfo does not provide $binary"
+    done
+}
+
+check_man_pages() { # root
+    local page warnings text
+    for page in brevio brevio-convert; do
+        warnings=$(zcat "$1/share/man/man1/$page.1.gz" | groff -ww -z -man 2>&1)
+        [ -z "$warnings" ] || fail "groff on $page.1: $warnings"
+        text=$(MANWIDTH=80 man -l "$1/share/man/man1/$page.1.gz" 2>&1 | col -b)
+        for section in NAME SYNOPSIS DESCRIPTION OPTIONS 'EXIT STATUS' ENVIRONMENT EXAMPLES; do
+            grep -qx "$section" <<<"$text" || fail "$page.1 has no $section section"
+        done
+    done
+    grep -q 'BREVIO_DEBUG' <<<"$(zcat "$1/share/man/man1/brevio-convert.1.gz")" ||
+        fail "brevio-convert.1 does not describe BREVIO_DEBUG"
+}
+
+# Completes words as bash would, with the installed completion loaded.
+complete_words() { # root cword word...
+    local root=$1 cword=$2
+    shift 2
+    bash --norc -c '
+        source "$1"
+        cword=$2
+        shift 2
+        COMP_WORDS=("$@")
+        COMP_CWORD=$cword
+        complete -p brevio-convert >/dev/null || exit 1
+        _brevio_convert
+        printf "%s\n" "${COMPREPLY[@]}" | LC_ALL=C sort' \
+        complete "$root/share/bash-completion/completions/brevio-convert" "$cword" "$@"
+}
+
+check_completion() { # root
+    local dir result
+    result=$(complete_words "$1" 1 brevio-convert --jo)
+    [ "$result" = "--jobs" ] || fail "completing --jo gave: $result"
+    result=$(complete_words "$1" 2 brevio-convert --jobs '' | head -n1)
+    [ "$result" = "1" ] || fail "completing --jobs gave: $result"
+    dir=$(mktemp -d)
+    mkdir "$dir/sub"
+    touch "$dir/a.json" "$dir/b.JSON" "$dir/c.txt"
+    result=$(cd "$dir" && complete_words "$1" 1 brevio-convert '')
+    rm -rf "$dir"
+    [ "$result" = "$(printf 'a.json\nsub')" ] || fail "completing files gave: $result"
+}
+
+# The window program answers --version on a terminal without a display.
+check_window_version() { # root version
+    local output
+    output=$(env -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM "$1/bin/brevio" --version) ||
+        fail "brevio --version failed"
+    [ "$output" = "brevio $2" ] || fail "brevio --version printed: $output"
+}
+
+check_conversion() { # root report-check
+    BREVIO_INSTALLED_CONVERT=$1/bin/brevio-convert "$2" || fail "the installed brevio-convert"
+}

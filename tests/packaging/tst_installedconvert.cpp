@@ -1,0 +1,97 @@
+// Converts the bundled example with an installed brevio-convert, named by
+// BREVIO_INSTALLED_CONVERT, and reads the report back. The install and
+// package checks run it on what they installed.
+#include "jobrunner.h"
+#include "pdfreport.h"
+
+#include <QFile>
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace {
+
+struct Run {
+    int exitCode = -1;
+    bool finished = false;
+    QString out;
+    QString err;
+};
+
+QString installedConvert() {
+    return qEnvironmentVariable("BREVIO_INSTALLED_CONVERT");
+}
+
+// As a terminal without any display runs it, with none of the build's paths.
+Run run(const QStringList& arguments) {
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "LD_LIBRARY_PATH"})
+        environment.remove(QString::fromLatin1(name));
+    QProcess process;
+    process.setProcessEnvironment(environment);
+    process.start(installedConvert(), arguments);
+    Run result;
+    result.finished =
+        process.waitForFinished(60000) && process.exitStatus() == QProcess::NormalExit;
+    if (!result.finished) {
+        process.kill();
+        process.waitForFinished();
+    }
+    result.exitCode = process.exitCode();
+    result.out = QString::fromLocal8Bit(process.readAllStandardOutput());
+    result.err = QString::fromLocal8Bit(process.readAllStandardError());
+    return result;
+}
+
+} // namespace
+
+class TestInstalledConvert : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void version();
+    void convertsTheExample();
+};
+
+void TestInstalledConvert::initTestCase() {
+    QVERIFY2(!installedConvert().isEmpty(), "BREVIO_INSTALLED_CONVERT names no program");
+    QVERIFY2(QFileInfo(installedConvert()).isExecutable(), qPrintable(installedConvert()));
+}
+
+void TestInstalledConvert::version() {
+    const Run result = run({QStringLiteral("--version")});
+    QVERIFY(result.finished);
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(result.out, QStringLiteral("brevio-convert " BREVIO_VERSION "\n"));
+}
+
+void TestInstalledConvert::convertsTheExample() {
+    QTemporaryDir dir;
+    QVERIFY(dir.isValid());
+    const QString json = dir.filePath(QStringLiteral("anlage.json"));
+    QVERIFY(QFile::copy(exampleFile(QStringLiteral("pressure-transmitter.json")), json));
+    const QString pdf = dir.filePath(QStringLiteral("anlage.pdf"));
+
+    const Run result = run({json});
+    QVERIFY2(result.finished, qPrintable(result.err));
+    QCOMPARE(result.err, QString());
+    QCOMPARE(result.exitCode, 0);
+    QCOMPARE(result.out, pdf + QLatin1Char('\n'));
+
+    PdfReport report(pdf);
+    QVERIFY(report.isValid());
+    QVERIFY2(!report.line(0, QStringLiteral("Quandel Protokoll vom:")).isNull(),
+             qPrintable(report.dump()));
+    QVERIFY2(!report.line(0, QStringLiteral("2026-03-17T10:15:00")).isNull(),
+             qPrintable(report.dump()));
+    QVERIFY2(!report.line(0, json).isNull(), qPrintable(report.dump()));
+    QVERIFY2(!report.line(0, QStringLiteral("Allgemeine Einstellungen:")).isNull(),
+             qPrintable(report.dump()));
+    QVERIFY2(!report.lineStartingWith(0, QStringLiteral("Name: Lüftung Halle 2 – Zuluft")).isNull(),
+             qPrintable(report.dump()));
+}
+
+QTEST_MAIN(TestInstalledConvert)
+#include "tst_installedconvert.moc"

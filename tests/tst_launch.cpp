@@ -1,0 +1,232 @@
+#include "launch.h"
+#include "listwidgetcontainer.h"
+#include "mainwindow.h"
+#include "windowtest.h"
+
+#include <QApplication>
+#include <QGuiApplication>
+#include <QIcon>
+#include <QListWidget>
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QTest>
+
+namespace {
+
+QStringList rowPaths(MainWindow& window) {
+    QStringList paths;
+    auto* list = window.findChild<QListWidget*>(QStringLiteral("listWidget"));
+    if (!list)
+        return {QStringLiteral("<no list>")};
+    for (int i = 0; i < list->count(); ++i) {
+        auto* row = qobject_cast<ListWidgetContainer*>(list->itemWidget(list->item(i)));
+        paths.append(row ? row->filePath : QStringLiteral("<no row>"));
+    }
+    return paths;
+}
+
+struct Run {
+    int exitCode = -1;
+    bool crashed = false;
+    QString out;
+    QString err;
+};
+
+// The installed window as a terminal without any display would start it.
+Run runWithoutDisplay(const QStringList& arguments) {
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+        environment.remove(QString::fromLatin1(name));
+    QProcess process;
+    process.setProcessEnvironment(environment);
+    process.start(QStringLiteral(BREVIO_BINARY), arguments);
+    Run run;
+    if (!process.waitForFinished(30000)) {
+        process.kill();
+        process.waitForFinished();
+        run.crashed = true;
+    }
+    run.crashed = run.crashed || process.exitStatus() == QProcess::CrashExit;
+    run.exitCode = process.exitCode();
+    run.out = QString::fromLocal8Bit(process.readAllStandardOutput());
+    run.err = QString::fromLocal8Bit(process.readAllStandardError());
+    return run;
+}
+
+} // namespace
+
+class TestLaunch : public QObject {
+    Q_OBJECT
+
+private slots:
+    void absolutePath_data();
+    void absolutePath();
+    void parseKeepsOrder();
+    void parseRefusesUnknownOptions();
+    void parseAnswersVersion();
+    void filesOpenInOrderOnceShown();
+    void noFilesNoRows();
+    void applicationIsDescribed();
+    void helpAndVersionNeedNoDisplay();
+    void mistakesNeedNoDisplay();
+};
+
+void TestLaunch::absolutePath_data() {
+    QTest::addColumn<QString>("given");
+    QTest::addColumn<QString>("currentDir");
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("relative") << "a.json"
+                              << "/srv/anlage"
+                              << "/srv/anlage/a.json";
+    QTest::newRow("parent kept") << "../b.json"
+                                 << "/srv/anlage"
+                                 << "/srv/anlage/../b.json";
+    QTest::newRow("dot kept") << "./sub/c.json"
+                              << "/srv"
+                              << "/srv/./sub/c.json";
+    QTest::newRow("at the root") << "d.json"
+                                 << "/"
+                                 << "/d.json";
+    QTest::newRow("absolute") << "/data/../e.json"
+                              << "/srv"
+                              << "/data/../e.json";
+}
+
+void TestLaunch::absolutePath() {
+    QFETCH(QString, given);
+    QFETCH(QString, currentDir);
+    QFETCH(QString, expected);
+    QCOMPARE(launch::absolutePath(given, currentDir), expected);
+}
+
+void TestLaunch::parseKeepsOrder() {
+    const launch::Request request = launch::parse(
+        {QStringLiteral("brevio"), QStringLiteral("b.json"), QStringLiteral("/data/a.json"),
+         QStringLiteral("../c.JSON"), QStringLiteral("--"), QStringLiteral("-d.json")},
+        QStringLiteral("/srv/anlage"));
+    QCOMPARE(request.exitStatus, launch::startWindow);
+    QCOMPARE(request.files,
+             QStringList({QStringLiteral("/srv/anlage/b.json"), QStringLiteral("/data/a.json"),
+                          QStringLiteral("/srv/anlage/../c.JSON"),
+                          QStringLiteral("/srv/anlage/-d.json")}));
+}
+
+void TestLaunch::parseRefusesUnknownOptions() {
+    const launch::Request request = launch::parse(
+        {QStringLiteral("brevio"), QStringLiteral("--jobs"), QStringLiteral("a.json")},
+        QStringLiteral("/srv"));
+    QCOMPARE(request.exitStatus, launch::exitUsage);
+    QVERIFY(request.files.isEmpty());
+}
+
+void TestLaunch::parseAnswersVersion() {
+    const launch::Request request = launch::parse(
+        {QStringLiteral("brevio"), QStringLiteral("--version"), QStringLiteral("a.json")},
+        QStringLiteral("/srv"));
+    QCOMPARE(request.exitStatus, 0);
+    QVERIFY(request.files.isEmpty());
+}
+
+void TestLaunch::filesOpenInOrderOnceShown() {
+    MainWindow window;
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    const launch::Request request = launch::parse(
+        {QStringLiteral("brevio"), QStringLiteral("b.json"), QStringLiteral("/data/a.json"),
+         QStringLiteral("b.json"), QStringLiteral("c.JSON"), QStringLiteral("c.json")},
+        QStringLiteral("/srv/anlage"));
+    QCOMPARE(request.exitStatus, launch::startWindow);
+
+    bool windowShownUnderBox = false;
+    ModalAnswerer answerer([&](QWidget* box) {
+        windowShownUnderBox = window.isVisible();
+        clickMessageBoxOk(box);
+    });
+    launch::openWhenShown(window, request.files);
+    // Nothing is taken before the event loop runs.
+    QCOMPARE(rowPaths(window), QStringList());
+
+    const QStringList expected{QStringLiteral("/srv/anlage/b.pdf"), QStringLiteral("/data/a.pdf"),
+                               QStringLiteral("/srv/anlage/c.pdf")};
+    QTRY_COMPARE(rowPaths(window), expected);
+    QCOMPARE(answerer.count(), 1);
+    const ModalAnswerer::Seen& box = answerer.dialogs.first();
+    QCOMPARE(box.className, QStringLiteral("QMessageBox"));
+    QCOMPARE(box.title, QStringLiteral("Fehler"));
+    QCOMPARE(box.text,
+             QStringLiteral("Die Datei /srv/anlage/b.pdf befindest sich schon in der Liste"));
+    QVERIFY(windowShownUnderBox);
+}
+
+void TestLaunch::noFilesNoRows() {
+    MainWindow window;
+    window.show();
+    ModalAnswerer unexpected;
+    const launch::Request request =
+        launch::parse({QStringLiteral("brevio")}, QStringLiteral("/srv"));
+    QCOMPARE(request.exitStatus, launch::startWindow);
+    launch::openWhenShown(window, request.files);
+    QTest::qWait(50);
+    QCOMPARE(rowPaths(window), QStringList());
+    QCOMPARE(unexpected.count(), 0);
+}
+
+void TestLaunch::applicationIsDescribed() {
+    launch::describeApplication();
+    QCOMPARE(QGuiApplication::desktopFileName(), QStringLiteral("org.brevio.Brevio"));
+    QCOMPARE(QCoreApplication::applicationVersion(), QStringLiteral(BREVIO_VERSION));
+    const QIcon icon = QApplication::windowIcon();
+    QVERIFY(!icon.isNull());
+    for (const int size : {16, 22, 24, 32, 48, 64, 128, 256})
+        QVERIFY2(icon.availableSizes().contains(QSize(size, size)),
+                 qPrintable(QString::number(size)));
+    // The window inherits it.
+    MainWindow window;
+    QCOMPARE(window.windowIcon().cacheKey(), icon.cacheKey());
+}
+
+void TestLaunch::helpAndVersionNeedNoDisplay() {
+    // Without a display the window itself cannot start: the environment
+    // really is display-less.
+    const Run window = runWithoutDisplay({});
+    QVERIFY(window.crashed || window.exitCode != 0);
+
+    for (const QString& option : {QStringLiteral("--help"), QStringLiteral("-h")}) {
+        const Run help = runWithoutDisplay({option, QStringLiteral("a.json")});
+        QVERIFY2(!help.crashed, qPrintable(help.err));
+        QCOMPARE(help.exitCode, 0);
+        QVERIFY2(help.out.startsWith(QStringLiteral("Usage: ")), qPrintable(help.out));
+        QVERIFY(help.out.contains(QStringLiteral("[FILE...]")));
+        QVERIFY(help.out.contains(QStringLiteral("--version")));
+    }
+    // Qt's own options are left for the window, whose toolkit is never
+    // started here.
+    const QList<QStringList> versionRequests{
+        {QStringLiteral("--version")},
+        {QStringLiteral("-v")},
+        {QStringLiteral("-style"), QStringLiteral("fusion"), QStringLiteral("--version")}};
+    for (const QStringList& arguments : versionRequests) {
+        const Run version = runWithoutDisplay(arguments);
+        QVERIFY2(!version.crashed, qPrintable(version.err));
+        QCOMPARE(version.exitCode, 0);
+        QCOMPARE(version.out, QStringLiteral("brevio " BREVIO_VERSION "\n"));
+    }
+}
+
+void TestLaunch::mistakesNeedNoDisplay() {
+    const Run run = runWithoutDisplay({QStringLiteral("--bogus"), QStringLiteral("a.json")});
+    QVERIFY(!run.crashed);
+    QCOMPARE(run.exitCode, 2);
+    QVERIFY2(run.err.startsWith(QStringLiteral("brevio: Unknown option 'bogus'.")),
+             qPrintable(run.err));
+    QCOMPARE(run.out, QString());
+
+    const Run mixed = runWithoutDisplay(
+        {QStringLiteral("-platform"), QStringLiteral("xcb"), QStringLiteral("--bogus")});
+    QVERIFY(!mixed.crashed);
+    QCOMPARE(mixed.exitCode, 2);
+    QVERIFY2(mixed.err.contains(QStringLiteral("bogus")), qPrintable(mixed.err));
+}
+
+QTEST_MAIN(TestLaunch)
+#include "tst_launch.moc"
