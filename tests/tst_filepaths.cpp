@@ -20,6 +20,7 @@ class TestFilePaths : public QObject {
 private slots:
     void absoluteKeepsTheGivenText_data();
     void absoluteKeepsTheGivenText();
+    void absoluteStartsAtTheWorkingDirectory();
     void reportFor_data();
     void reportFor();
     void folderOf_data();
@@ -32,24 +33,39 @@ private slots:
 
 void TestFilePaths::absoluteKeepsTheGivenText_data() {
     QTest::addColumn<QString>("given");
-    QTest::addColumn<QString>("tail");
-    QTest::newRow("absolute") << "/data/a.json"
-                              << "";
+    QTest::addColumn<QString>("base");
+    QTest::addColumn<QString>("expected");
     QTest::newRow("relative") << "a.json"
-                              << "/a.json";
-    QTest::newRow("dot-dot after a link") << "lnk/../plant.json"
-                                          << "/lnk/../plant.json";
-    QTest::newRow("dot") << "./a.json"
-                         << "/./a.json";
-    QTest::newRow("absolute with dot-dot") << "/data/lnk/../a.json"
-                                           << "";
+                              << "/srv/anlage"
+                              << "/srv/anlage/a.json";
+    QTest::newRow("parent kept") << "../b.json"
+                                 << "/srv/anlage"
+                                 << "/srv/anlage/../b.json";
+    QTest::newRow("dot-dot after a link kept") << "lnk/../plant.json"
+                                               << "/srv"
+                                               << "/srv/lnk/../plant.json";
+    QTest::newRow("dot kept") << "./sub/c.json"
+                              << "/srv"
+                              << "/srv/./sub/c.json";
+    QTest::newRow("at the root") << "d.json"
+                                 << "/"
+                                 << "/d.json";
+    QTest::newRow("absolute") << "/data/../e.json"
+                              << "/srv"
+                              << "/data/../e.json";
 }
 
 void TestFilePaths::absoluteKeepsTheGivenText() {
     QFETCH(QString, given);
-    QFETCH(QString, tail);
-    const QString expected = tail.isEmpty() ? given : QDir::currentPath() + tail;
-    QCOMPARE(filePaths::absolute(given), expected);
+    QFETCH(QString, base);
+    QFETCH(QString, expected);
+    QCOMPARE(filePaths::absolute(given, base), expected);
+}
+
+void TestFilePaths::absoluteStartsAtTheWorkingDirectory() {
+    QCOMPARE(filePaths::absolute(QStringLiteral("lnk/../a.json")),
+             QDir::currentPath() + QStringLiteral("/lnk/../a.json"));
+    QCOMPARE(filePaths::absolute(QStringLiteral("/a.json")), QStringLiteral("/a.json"));
 }
 
 void TestFilePaths::reportFor_data() {

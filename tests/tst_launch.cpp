@@ -59,8 +59,6 @@ class TestLaunch : public QObject {
     Q_OBJECT
 
 private slots:
-    void absolutePath_data();
-    void absolutePath();
     void parseKeepsOrder();
     void parseRefusesUnknownOptions();
     void parseAnswersVersion();
@@ -70,34 +68,6 @@ private slots:
     void helpAndVersionNeedNoDisplay();
     void mistakesNeedNoDisplay();
 };
-
-void TestLaunch::absolutePath_data() {
-    QTest::addColumn<QString>("given");
-    QTest::addColumn<QString>("currentDir");
-    QTest::addColumn<QString>("expected");
-    QTest::newRow("relative") << "a.json"
-                              << "/srv/anlage"
-                              << "/srv/anlage/a.json";
-    QTest::newRow("parent kept") << "../b.json"
-                                 << "/srv/anlage"
-                                 << "/srv/anlage/../b.json";
-    QTest::newRow("dot kept") << "./sub/c.json"
-                              << "/srv"
-                              << "/srv/./sub/c.json";
-    QTest::newRow("at the root") << "d.json"
-                                 << "/"
-                                 << "/d.json";
-    QTest::newRow("absolute") << "/data/../e.json"
-                              << "/srv"
-                              << "/data/../e.json";
-}
-
-void TestLaunch::absolutePath() {
-    QFETCH(QString, given);
-    QFETCH(QString, currentDir);
-    QFETCH(QString, expected);
-    QCOMPARE(launch::absolutePath(given, currentDir), expected);
-}
 
 void TestLaunch::parseKeepsOrder() {
     const launch::Request request = launch::parse(

@@ -1,5 +1,6 @@
 #include "launch.h"
 
+#include "filepaths.h"
 #include "mainwindow.h"
 
 #include <QApplication>
@@ -133,16 +134,8 @@ Request parse(const QStringList& arguments, const QString& currentDir) {
     if (request.exitStatus != startWindow)
         return request;
     for (const QString& given : parser.parser.positionalArguments())
-        request.files.append(absolutePath(given, currentDir));
+        request.files.append(filePaths::absolute(given, currentDir));
     return request;
-}
-
-QString absolutePath(const QString& given, const QString& currentDir) {
-    if (!QFileInfo(given).isRelative())
-        return given;
-    if (currentDir.endsWith(QLatin1Char('/')))
-        return currentDir + given;
-    return currentDir + QLatin1Char('/') + given;
 }
 
 void openWhenShown(MainWindow& window, const QStringList& files) {

@@ -31,13 +31,10 @@ struct Request {
 };
 
 // Reads the arguments as QApplication left them (its own options taken
-// out); relative file names are taken relative to currentDir.
+// out); relative file names are joined to currentDir without resolving "."
+// or "..", which only the system can do right across symbolic links (a
+// drop hands the window absolute paths).
 Request parse(const QStringList& arguments, const QString& currentDir);
-
-// A drop hands the window absolute paths; a relative argument is joined to
-// currentDir without resolving "." or "..", which would be wrong across
-// symbolic links.
-QString absolutePath(const QString& given, const QString& currentDir);
 
 // Adds the files one after another through the same path a drop takes,
 // once the event loop runs, so that the window is on screen and a refusal

@@ -8,13 +8,16 @@
 namespace filePaths {
 
 QString absolute(const QString& path) {
+    // currentPath() is getcwd(): the physical folder, links already resolved.
+    return absolute(path, QDir::currentPath());
+}
+
+QString absolute(const QString& path, const QString& base) {
     if (path.startsWith(QLatin1Char('/')))
         return path;
-    // currentPath() is getcwd(): the physical folder, links already resolved.
-    QString base = QDir::currentPath();
-    if (!base.endsWith(QLatin1Char('/')))
-        base += QLatin1Char('/');
-    return base + path;
+    if (base.endsWith(QLatin1Char('/')))
+        return base + path;
+    return base + QLatin1Char('/') + path;
 }
 
 QString reportFor(const QString& jsonPath) {

@@ -10,9 +10,10 @@
 // the kernel knows, so paths are handed to it as given.
 namespace filePaths {
 
-// path made absolute by putting the working directory in front when it is
-// relative; nothing else changes.
+// path made absolute by putting base (by default the working directory) in
+// front when it is relative; nothing else changes.
 QString absolute(const QString& path);
+QString absolute(const QString& path, const QString& base);
 
 // The report a job writes for the configuration at jsonPath: every ".json"
 // replaced by ".pdf", unless the name already ends in ".pdf".
