@@ -1,4 +1,5 @@
 #include "batchconverter.h"
+#include "reportfonts.h"
 
 #include <QCommandLineParser>
 #include <QFileInfo>
@@ -36,6 +37,7 @@ int main(int argc, char* argv[]) {
     if (qEnvironmentVariableIsEmpty("BREVIO_DEBUG"))
         qInstallMessageHandler(quietToolkit);
     QGuiApplication app(argc, argv);
+    registerReportFonts();
     QCoreApplication::setApplicationName(QStringLiteral("brevio-convert"));
     QCoreApplication::setApplicationVersion(QStringLiteral(BREVIO_VERSION));
 

@@ -1,0 +1,27 @@
+#include "reportfonts.h"
+
+#include <QFont>
+#include <QFontDatabase>
+#include <QGuiApplication>
+
+QString reportFontFamily() {
+    return QStringLiteral("Brevio Sans");
+}
+
+bool registerReportFonts() {
+    // Registering from memory needs no font configuration at all: a machine
+    // whose fontconfig finds no fonts still gets a readable report.
+    bool registered = true;
+    for (const char* face : {":/fonts/BrevioSans.ttf", ":/fonts/BrevioSans-Bold.ttf"})
+        registered =
+            QFontDatabase::addApplicationFont(QString::fromLatin1(face)) >= 0 && registered;
+    if (!registered)
+        return false;
+    // Only the family changes: the window keeps the size and style the
+    // platform chose, and the bundled faces are the ones Debian's default
+    // sans-serif already draws with.
+    QFont font = QGuiApplication::font();
+    font.setFamily(reportFontFamily());
+    QGuiApplication::setFont(font);
+    return true;
+}

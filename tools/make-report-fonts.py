@@ -1,0 +1,116 @@
+#!/usr/bin/python3
+# Makes the report's own font, "Brevio Sans", from Debian's fonts-dejavu-core:
+#   tools/make-report-fonts.py [--subset] [OUTPUT_FOLDER]
+# (default resources/fonts). Needs python3-fonttools (tools/install-packages.sh
+# test installs it); Debian's own python3, not a virtual environment's.
+#
+# The report is drawn at fixed pixel sizes into a PDF, where TrueType hinting
+# instructions do nothing but cost: the toolkit still loads and runs them for
+# every face. So the copies lose every table and glyph program that only
+# serves hinting, and keep outlines, advance widths, kerning and vertical
+# metrics as they are, so that a report lays out exactly as it does with the
+# system's DejaVu Sans. The family gets a name of its own: the Bitstream Vera
+# licence asks for a modified font to be renamed, and a name nobody else
+# installs means the program always finds its own copy.
+#
+# --subset keeps only Latin-1, Latin Extended-A and common punctuation and
+# symbols; everything else then falls back to the installed fonts.
+import os
+import sys
+
+from fontTools import subset
+from fontTools.ttLib import TTFont
+
+SOURCE_FOLDER = "/usr/share/fonts/truetype/dejavu"
+FACES = [
+    ("DejaVuSans.ttf", "BrevioSans.ttf"),
+    ("DejaVuSans-Bold.ttf", "BrevioSans-Bold.ttf"),
+]
+HINTING_TABLES = ["fpgm", "prep", "cvt ", "hdmx", "LTSH", "VDMX"]
+# FontForge's build time stamp only makes the output differ between builds.
+OTHER_DROPPED = ["FFTM"]
+OLD_FAMILY = "DejaVu Sans"
+NEW_FAMILY = "Brevio Sans"
+OLD_POSTSCRIPT = "DejaVuSans"
+NEW_POSTSCRIPT = "BrevioSans"
+# Family, unique id, full name, PostScript name, typographic family.
+RENAMED_IDS = {1, 3, 4, 6, 16}
+
+SUBSET_RANGES = [
+    (0x0020, 0x007E),  # Basic Latin
+    (0x00A0, 0x017F),  # Latin-1 Supplement, Latin Extended-A
+    (0x2010, 0x205E),  # general punctuation
+    (0x20A0, 0x20BF),  # currency signs
+    (0x2100, 0x215F),  # letterlike symbols (℃, №, ™)
+    (0x2190, 0x21FF),  # arrows
+    (0x2200, 0x22FF),  # mathematical operators
+    (0xFFFD, 0xFFFD),  # replacement character
+]
+
+
+def strip_hinting(font):
+    for tag in HINTING_TABLES + OTHER_DROPPED:
+        if tag in font:
+            del font[tag]
+    glyf = font["glyf"]
+    for name in font.getGlyphOrder():
+        glyph = glyf[name]
+        # Expanding a glyph decodes its outline; removing the program leaves
+        # coordinates, flags and components untouched.
+        glyph.expand(glyf)
+        if hasattr(glyph, "program"):
+            glyph.removeHinting()
+    maxp = font["maxp"]
+    for field in ("maxZones", "maxTwilightPoints", "maxStorage", "maxFunctionDefs",
+                  "maxInstructionDefs", "maxStackElements", "maxSizeOfInstructions"):
+        setattr(maxp, field, 0)
+    # Zones count from one; zero would be an invalid font.
+    maxp.maxZones = 1
+
+
+def rename(font):
+    for record in font["name"].names:
+        if record.nameID not in RENAMED_IDS:
+            continue
+        text = record.toUnicode()
+        text = text.replace(OLD_FAMILY, NEW_FAMILY).replace(OLD_POSTSCRIPT, NEW_POSTSCRIPT)
+        record.string = text
+
+
+def keep_subset(font):
+    unicodes = [c for low, high in SUBSET_RANGES for c in range(low, high + 1)]
+    options = subset.Options()
+    options.layout_features = ["*"]
+    options.name_IDs = ["*"]
+    options.name_languages = ["*"]
+    options.notdef_outline = True
+    options.glyph_names = True
+    options.hinting = False
+    options.recalc_bounds = False
+    options.recalc_timestamp = False
+    subsetter = subset.Subsetter(options)
+    subsetter.populate(unicodes=unicodes)
+    subsetter.subset(font)
+
+
+def main(arguments):
+    subsetting = "--subset" in arguments
+    arguments = [a for a in arguments if a != "--subset"]
+    here = os.path.dirname(os.path.abspath(__file__))
+    output = arguments[0] if arguments else os.path.join(here, "..", "resources", "fonts")
+    os.makedirs(output, exist_ok=True)
+    for source, target in FACES:
+        # The bounding boxes and the time stamp are kept as DejaVu has them.
+        font = TTFont(os.path.join(SOURCE_FOLDER, source), recalcBBoxes=False,
+                      recalcTimestamp=False)
+        if subsetting:
+            keep_subset(font)
+        strip_hinting(font)
+        rename(font)
+        path = os.path.join(output, target)
+        font.save(path)
+        print(f"{path}: {os.path.getsize(path)} bytes")
+
+
+if __name__ == "__main__":
+    main(sys.argv[1:])
