@@ -71,6 +71,11 @@ void convert::printPdf(QString pdfPath) {
     // printer; the layout is made for A4 portrait.
     printer.setPageSize(QPageSize(QPageSize::A4));
     printer.setPageOrientation(QPageLayout::Portrait);
+    // Document information: the plant's name, or the file's when the
+    // configuration has none, and the program that wrote the report.
+    const QString plantName = mainValues.value(0).toString();
+    printer.setDocName(plantName.isEmpty() ? QFileInfo(sourcePath).fileName() : plantName);
+    printer.setCreator(QStringLiteral("Brevio " BREVIO_VERSION));
 
     if (!pdfPath.endsWith(QLatin1String(".pdf")))
         pdfPath.replace(QLatin1String(".json"), QLatin1String(".pdf"));
