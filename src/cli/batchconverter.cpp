@@ -80,8 +80,11 @@ void BatchConverter::jobEnded(int index, bool finished) {
     if (finished) {
         entry.reason = failureReason::forFinishedJob(entry.reportPath, entry.reportExisted,
                                                      entry.reportModifiedBefore);
+        if (entry.reason.isEmpty())
+            entry.reason = failureReason::labelFailure();
         entry.converted = entry.reason.isEmpty();
         entry.warning = failureReason::jsonWarning(entry.jsonPath);
+        entry.fontWarning = failureReason::undrawableWarning(entry.jsonPath);
     } else {
         entry.reason = failureReason::forAbortedJob(entry.jsonPath);
     }
@@ -104,6 +107,8 @@ void BatchConverter::flushReady() {
             QStringLiteral("brevio-convert: ") + entry.given + QStringLiteral(": ");
         if (!entry.warning.isEmpty())
             printLine(err, prefix + QStringLiteral("warning: ") + entry.warning);
+        if (!entry.fontWarning.isEmpty())
+            printLine(err, prefix + QStringLiteral("warning: ") + entry.fontWarning);
         if (entry.converted)
             printLine(out, entry.reportPath);
         else

@@ -37,6 +37,7 @@ private:
         bool converted = false;
         QString reason;
         QString warning;
+        QString fontWarning;
     };
 
     void jobEnded(int index, bool finished);

@@ -1,9 +1,43 @@
 #include "failurereason.h"
 
+#include "reportlayout.h"
+#include "undrawable.h"
+
 #include <QFile>
 #include <QFileInfo>
+#include <QFont>
+#include <QJsonArray>
 #include <QJsonDocument>
+#include <QJsonObject>
 #include <QJsonParseError>
+
+namespace {
+
+// Every string value below value, each followed by a line break, which
+// is never drawn.
+void appendStrings(const QJsonValue& value, QString& text) {
+    if (value.isString()) {
+        text += value.toString();
+        text += QLatin1Char('\n');
+    } else if (value.isArray()) {
+        for (const QJsonValue& element : value.toArray())
+            appendStrings(element, text);
+    } else if (value.isObject()) {
+        for (const QJsonValue& member : value.toObject())
+            appendStrings(member, text);
+    }
+}
+
+// The fonts the job draws with: default-constructed, so in the
+// application's family, at the report's sizes.
+QFont reportFont(int pixelSize, QFont::Weight weight) {
+    QFont font;
+    font.setPixelSize(pixelSize);
+    font.setWeight(weight);
+    return font;
+}
+
+} // namespace
 
 namespace failureReason {
 
@@ -64,6 +98,38 @@ QString jsonWarning(const QString& jsonPath) {
     if (!document.isObject())
         return QStringLiteral("the top level is not a JSON object; the report has empty values");
     return QString();
+}
+
+QString undrawableWarning(const QString& jsonPath) {
+    QString text = jsonPath + QLatin1Char('\n');
+    QFile file(jsonPath);
+    if (file.open(QIODevice::ReadOnly)) {
+        const QJsonObject document = QJsonDocument::fromJson(file.readAll()).object();
+        appendStrings(document.value(QLatin1String("configuration")), text);
+    }
+    const QVector<uint> missing =
+        undrawableCharacters(text, reportFont(reportLayout::bodyPixelSize, QFont::Normal));
+    if (missing.isEmpty())
+        return QString();
+    return QStringLiteral("%1 %2 cannot be drawn: %3")
+        .arg(missing.size())
+        .arg(missing.size() == 1 ? QStringLiteral("character") : QStringLiteral("characters"))
+        .arg(codePointList(missing));
+}
+
+QString labelFailure() {
+    // With neither the bundled font nor any font of the machine usable,
+    // every line of a report is a black bar; the labels tell, since they
+    // are always printed.
+    static const bool labelsDrawn =
+        undrawableCharacters(QStringLiteral("Allgemeine Einstellungen: Modbus"),
+                             reportFont(reportLayout::headingPixelSize, QFont::Bold))
+            .isEmpty() &&
+        undrawableCharacters(QStringLiteral("Quandel Protokoll vom: Name: Höhe [m]:"),
+                             reportFont(reportLayout::bodyPixelSize, QFont::Normal))
+            .isEmpty();
+    return labelsDrawn ? QString()
+                       : QStringLiteral("report not written (no font can draw its text)");
 }
 
 } // namespace failureReason

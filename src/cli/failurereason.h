@@ -19,6 +19,16 @@ QString forFinishedJob(const QString& reportPath, bool existedBefore,
 // A warning when the file's content is not a JSON object, empty otherwise.
 QString jsonWarning(const QString& jsonPath);
 
+// A warning naming the characters of the report's text from this file (every
+// string in its configuration, and the file's path printed under the title)
+// that no font on this machine can draw; empty when every one is drawn.
+// Needs the GUI thread.
+QString undrawableWarning(const QString& jsonPath);
+
+// Empty when the report's own labels can be drawn in the report's fonts;
+// otherwise why no report is usable. Needs the GUI thread.
+QString labelFailure();
+
 } // namespace failureReason
 
 #endif
