@@ -22,6 +22,12 @@ bool registerReportFonts() {
     // sans-serif already draws with.
     QFont font = QGuiApplication::font();
     font.setFamily(reportFontFamily());
+    // Hinting decides whether glyph advances are rounded to whole pixels,
+    // and so where every line of the report ends. Debian's font
+    // configuration asks for slight hinting, which keeps the unrounded
+    // advances; a machine without that setting (or without any font
+    // configuration) would get full hinting and lines a pixel wider.
+    font.setHintingPreference(QFont::PreferVerticalHinting);
     QGuiApplication::setFont(font);
     return true;
 }
