@@ -8,7 +8,7 @@ set -euo pipefail
 run_packages=(cmake ninja-build g++ pkg-config qtbase5-dev qtbase5-dev-tools fonts-dejavu-core
     fonts-wqy-microhei)
 test_packages=(libpoppler-qt5-dev poppler-utils xvfb xdotool imagemagick x11-utils python3-fonttools
-    fonts-dejavu-extra)
+    fonts-dejavu-extra fontconfig)
 fuzz_packages=(clang libclang-rt-14-dev)
 
 case "${1:-}" in
