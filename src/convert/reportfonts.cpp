@@ -3,6 +3,7 @@
 #include <QFont>
 #include <QFontDatabase>
 #include <QGuiApplication>
+#include <QResource>
 
 QString reportFontFamily() {
     return QStringLiteral("Brevio Sans");
@@ -12,9 +13,18 @@ bool registerReportFonts() {
     // Registering from memory needs no font configuration at all: a machine
     // whose fontconfig finds no fonts still gets a readable report.
     bool registered = true;
-    for (const char* face : {":/fonts/BrevioSans.ttf", ":/fonts/BrevioSans-Bold.ttf"})
-        registered =
-            QFontDatabase::addApplicationFont(QString::fromLatin1(face)) >= 0 && registered;
+    for (const char* face : {":/fonts/BrevioSans.ttf", ":/fonts/BrevioSans-Bold.ttf"}) {
+        const QResource resource(QString::fromLatin1(face));
+        // The faces are stored uncompressed (rsc.qrc), so FreeType reads
+        // them where the program's image has them: copying 1.6 MB first
+        // would cost every process a few hundred page faults.
+        const QByteArray data =
+            resource.compressionAlgorithm() == QResource::NoCompression
+                ? QByteArray::fromRawData(reinterpret_cast<const char*>(resource.data()),
+                                          int(resource.size()))
+                : resource.uncompressedData();
+        registered = QFontDatabase::addApplicationFontFromData(data) >= 0 && registered;
+    }
     if (!registered)
         return false;
     // Only the family changes: the window keeps the size and style the
