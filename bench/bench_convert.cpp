@@ -1,6 +1,7 @@
 // Measures conversion cost and prints the figures:
 //   bench_convert [runs]
 #include "convert.h"
+#include "reportfonts.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -34,6 +35,15 @@ long peakResidentKb() {
     rusage usage{};
     getrusage(RUSAGE_SELF, &usage);
     return usage.ru_maxrss;
+}
+
+// Wall-clock figures are only comparable when the machine was quiet; the
+// load average before and after tells whether it was.
+QByteArray loadAverage() {
+    QFile file(QStringLiteral("/proc/loadavg"));
+    if (!file.open(QIODevice::ReadOnly))
+        return QByteArrayLiteral("unknown");
+    return file.readAll().trimmed();
 }
 
 long currentResidentKb() {
@@ -127,6 +137,8 @@ int main(int argc, char* argv[]) {
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     QGuiApplication app(argc, argv);
+    registerReportFonts();
+    std::printf("load average at start:        %s\n", loadAverage().constData());
     const int runs = argc > 1 ? qMax(1, atoi(argv[1])) : 30;
 
     QTemporaryDir dir;
@@ -156,8 +168,9 @@ int main(int argc, char* argv[]) {
     QThreadPool::globalInstance()->setMaxThreadCount(2);
     for (int round = 1; round <= 5; ++round) {
         throughput(files, 2);
-        std::printf("after %4d reports:           %8ld kB resident (peak %ld kB)\n",
-                    200 * round, currentResidentKb(), peakResidentKb());
+        std::printf("after %4d reports:           %8ld kB resident (peak %ld kB)\n", 200 * round,
+                    currentResidentKb(), peakResidentKb());
     }
+    std::printf("load average at end:          %s\n", loadAverage().constData());
     return 0;
 }

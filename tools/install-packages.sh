@@ -6,9 +6,10 @@
 #   tools/install-packages.sh package   "run", plus what building the .deb needs
 set -euo pipefail
 
-run_packages=(cmake ninja-build g++ pkg-config qtbase5-dev qtbase5-dev-tools fonts-dejavu-core)
-test_packages=(libpoppler-qt5-dev poppler-utils xvfb xdotool imagemagick x11-utils
-    desktop-file-utils appstream groff-base man-db lintian)
+run_packages=(cmake ninja-build g++ pkg-config qtbase5-dev qtbase5-dev-tools fonts-dejavu-core
+    fonts-wqy-microhei)
+test_packages=(libpoppler-qt5-dev poppler-utils xvfb xdotool imagemagick x11-utils python3-fonttools
+    fonts-dejavu-extra fontconfig desktop-file-utils appstream groff-base man-db lintian)
 package_packages=(dpkg-dev file)
 fuzz_packages=(clang libclang-rt-14-dev)
 

@@ -1,6 +1,7 @@
 #include "filenamecodec.h"
 #include "launch.h"
 #include "mainwindow.h"
+#include "reportfonts.h"
 
 #include <QApplication>
 #include <QDir>
@@ -11,6 +12,7 @@ int main(int argc, char* argv[]) {
         return answered;
 
     QApplication app(argc, argv);
+    registerReportFonts();
     // Before the arguments are read: files whose names are not UTF-8 are
     // opened and written by their bytes.
     FileNameCodec::useForLocale();

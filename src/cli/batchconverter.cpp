@@ -117,8 +117,10 @@ void BatchConverter::jobEnded(int index, bool finished) {
         return;
     if (finished) {
         entry.reason = failureReason::forFinishedJob(entry.reportPath, entry.reportBefore);
+        if (entry.reason.isEmpty())
+            entry.reason = failureReason::labelFailure();
         entry.converted = entry.reason.isEmpty();
-        entry.warning = failureReason::jsonWarning(entry.jsonPath);
+        entry.warnings = failureReason::warnings(entry.jsonPath);
     } else {
         entry.reason = failureReason::forAbortedJob(entry.jsonPath);
     }
@@ -166,8 +168,8 @@ void BatchConverter::flushReady() {
         const Entry& entry = entries[nextToPrint];
         const QString prefix =
             QStringLiteral("brevio-convert: ") + entry.given + QStringLiteral(": ");
-        if (!entry.warning.isEmpty())
-            printLine(err, prefix + QStringLiteral("warning: ") + entry.warning);
+        for (const QString& warning : entry.warnings)
+            printLine(err, prefix + QStringLiteral("warning: ") + warning);
         if (entry.converted && entry.reason.isEmpty())
             printLine(out, entry.reportPath);
         else

@@ -45,7 +45,7 @@ private:
         bool ended = false;
         bool converted = false;
         QString reason;
-        QString warning;
+        QStringList warnings;
     };
 
     // Marks every file after the first one that names the same report:

@@ -4,6 +4,7 @@
 #include "filepaths.h"
 
 #include <QString>
+#include <QStringList>
 
 // Plain-sentence explanations of a job's outcome for the command line. The
 // job itself only says aborted() or finished(); these look at the files.
@@ -19,8 +20,15 @@ QString forAbortedJob(const QString& jsonPath);
 // time stamps can tell.
 QString forFinishedJob(const QString& reportPath, const filePaths::Identity& before);
 
-// A warning when the file's content is not a JSON object, empty otherwise.
-QString jsonWarning(const QString& jsonPath);
+// Warnings about the report of the file at jsonPath, read once: when its
+// content is not a JSON object, and which characters of the report's text
+// from this file (every string in its configuration, and the path printed
+// under the title) no font on this machine can draw. Needs the GUI thread.
+QStringList warnings(const QString& jsonPath);
+
+// Empty when the report's own labels can be drawn in the report's fonts;
+// otherwise why no report is usable. Needs the GUI thread.
+QString labelFailure();
 
 } // namespace failureReason
 

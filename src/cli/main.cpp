@@ -1,5 +1,6 @@
 #include "batchconverter.h"
 #include "filenamecodec.h"
+#include "reportfonts.h"
 
 #include <QCommandLineParser>
 #include <QGuiApplication>
@@ -37,6 +38,7 @@ int main(int argc, char* argv[]) {
     if (qEnvironmentVariableIsEmpty("BREVIO_DEBUG"))
         qInstallMessageHandler(quietToolkit);
     QGuiApplication app(argc, argv);
+    registerReportFonts();
     QCoreApplication::setApplicationName(QStringLiteral("brevio-convert"));
     QCoreApplication::setApplicationVersion(QStringLiteral(BREVIO_VERSION));
     // Before the arguments are read: file names that are not UTF-8 must

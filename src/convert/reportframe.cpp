@@ -5,6 +5,7 @@
 #include "reportlayout.h"
 #include "reportlock.h"
 
+#include <QFileInfo>
 #include <QImage>
 #include <QPageLayout>
 #include <QPageSize>
@@ -65,6 +66,11 @@ void convert::printPdf(QString pdfPath) {
     // printer; the layout is made for A4 portrait.
     printer.setPageSize(QPageSize(QPageSize::A4));
     printer.setPageOrientation(QPageLayout::Portrait);
+    // Document information: the plant's name, or the file's when the
+    // configuration has none, and the program that wrote the report.
+    const QString plantName = mainValues.value(0).toString();
+    printer.setDocName(plantName.isEmpty() ? QFileInfo(sourcePath).fileName() : plantName);
+    printer.setCreator(QStringLiteral("Brevio " BREVIO_VERSION));
 
     pdfPath = filePaths::reportFor(pdfPath);
     // Jobs of this process take turns at one report, and each draws into a

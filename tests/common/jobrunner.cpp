@@ -2,6 +2,7 @@
 
 #include "convert.h"
 #include "filepaths.h"
+#include "reportfonts.h"
 
 #include <QDir>
 #include <QEventLoop>
@@ -10,6 +11,19 @@
 #include <QThreadPool>
 #include <QTimer>
 #include <QtConcurrent>
+
+namespace {
+
+// Every test that runs jobs measures the report as the programs print it, in
+// the bundled font: registered as soon as the test's application exists,
+// before any test function runs.
+void registerFontsLikeThePrograms() {
+    registerReportFonts();
+}
+
+} // namespace
+
+Q_COREAPP_STARTUP_FUNCTION(registerFontsLikeThePrograms)
 
 JobOutcome runJob(const QString& path, int timeoutMs) {
     JobOutcome outcome;

@@ -164,3 +164,21 @@ QPointF PdfReport::deviceOrigin() {
     }();
     return origin;
 }
+
+QString PdfReport::title() const {
+    return isValid() ? document->info(QStringLiteral("Title")) : QString();
+}
+
+QString PdfReport::creator() const {
+    return isValid() ? document->info(QStringLiteral("Creator")) : QString();
+}
+
+QStringList PdfReport::fontNames() const {
+    QStringList names;
+    if (!isValid())
+        return names;
+    for (const Poppler::FontInfo& font : document->fonts())
+        if (!names.contains(font.name()))
+            names.append(font.name());
+    return names;
+}

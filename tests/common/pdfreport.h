@@ -49,6 +49,12 @@ public:
     // Every page's lines, prefixed "page N: ", for failure messages.
     QString dump() const;
 
+    // Document information and the fonts the PDF uses (their names as the
+    // PDF gives them, each once).
+    QString title() const;
+    QString creator() const;
+    QStringList fontNames() const;
+
     QImage render(int page, double dpi) const;
     // Renders only the given rectangle of device pixels, at the given dpi.
     QImage renderBand(int page, const QRect& deviceRect, double renderDpi) const;

@@ -21,7 +21,7 @@ field() { dpkg-deb --field "$deb" "$1"; }
 [ "$(field Section)" = utils ] || fail "Section: $(field Section)"
 [[ $(field Maintainer) =~ ^[^\<]+\ \<[^@\>]+@[^\>]+\>$ ]] || fail "Maintainer: $(field Maintainer)"
 [[ $(field Homepage) == https://* ]] || fail "Homepage: $(field Homepage)"
-[[ $(field Recommends) == *fonts-droid-fallback* ]] || fail "Recommends: $(field Recommends)"
+[[ $(field Recommends) == *fonts-wqy-microhei* ]] || fail "Recommends: $(field Recommends)"
 for library in libc6 libqt5core5a libqt5gui5 libqt5widgets5 libqt5printsupport5; do
     [[ $(field Depends) == *"$library "* ]] || fail "Depends lacks $library: $(field Depends)"
 done
