@@ -24,23 +24,7 @@ for tool in Xvfb xdotool; do
 done
 brevio=$(realpath "$brevio")
 
-work=$(mktemp -d)
-xvfb_pid=
-brevio_pid=
-cleanup() {
-    local status=$?
-    if [ -n "$brevio_pid" ]; then
-        kill "$brevio_pid" 2>/dev/null || true
-        wait "$brevio_pid" 2>/dev/null || true
-    fi
-    if [ -n "$xvfb_pid" ]; then
-        kill "$xvfb_pid" 2>/dev/null || true
-        wait "$xvfb_pid" 2>/dev/null || true
-    fi
-    rm -rf "$work"
-    exit "$status"
-}
-trap cleanup EXIT
+source "$(dirname "${BASH_SOURCE[0]}")/virtual-display.sh"
 
 data="$work/Anlagen"
 mkdir -p "$data"
@@ -48,16 +32,7 @@ for name in zuluft.json abluft.json KUEHLRAUM.JSON; do
     cp "$example" "$data/$name"
 done
 
-Xvfb -displayfd 3 -screen 0 1024x700x24 -nolisten tcp 3>"$work/display" >"$work/xvfb.log" 2>&1 &
-xvfb_pid=$!
-for _ in $(seq 100); do
-    [ -s "$work/display" ] && break
-    kill -0 "$xvfb_pid" 2>/dev/null || fail "Xvfb did not start: $(cat "$work/xvfb.log")"
-    sleep 0.1
-done
-[ -s "$work/display" ] || fail "Xvfb did not report its display"
-DISPLAY=":$(head -n1 "$work/display")"
-export DISPLAY
+start_virtual_display
 
 # Relative names, as typed in a terminal in the folder of the files.
 (

@@ -32,23 +32,7 @@ import=/usr/bin/import
 brevio=$(realpath "$brevio")
 [ -z "$shot" ] || shot=$(realpath -m "$shot")
 
-work=$(mktemp -d)
-xvfb_pid=
-brevio_pid=
-cleanup() {
-    local status=$?
-    if [ -n "$brevio_pid" ]; then
-        kill "$brevio_pid" 2>/dev/null || true
-        wait "$brevio_pid" 2>/dev/null || true
-    fi
-    if [ -n "$xvfb_pid" ]; then
-        kill "$xvfb_pid" 2>/dev/null || true
-        wait "$xvfb_pid" 2>/dev/null || true
-    fi
-    rm -rf "$work"
-    exit "$status"
-}
-trap cleanup EXIT
+source "$(dirname "${BASH_SOURCE[0]}")/virtual-display.sh"
 
 # A folder such as a user keeps configurations in; the rows show its end.
 data="$work/Anlagen/Werk Nord/Lueftung"
@@ -58,18 +42,7 @@ for name in "${names[@]}"; do
     cp "$example" "$data/$name.json"
 done
 
-# Xvfb picks a free display itself and writes its number once it accepts
-# connections, so runs side by side never share a server.
-Xvfb -displayfd 3 -screen 0 1024x700x24 -nolisten tcp 3>"$work/display" >"$work/xvfb.log" 2>&1 &
-xvfb_pid=$!
-for _ in $(seq 100); do
-    [ -s "$work/display" ] && break
-    kill -0 "$xvfb_pid" 2>/dev/null || fail "Xvfb did not start: $(cat "$work/xvfb.log")"
-    sleep 0.1
-done
-[ -s "$work/display" ] || fail "Xvfb did not report its display"
-display=":$(head -n1 "$work/display")"
-export DISPLAY=$display
+start_virtual_display
 
 # Qt's own file dialog, whatever desktop the caller runs in; the dialog
 # opens in the working directory.

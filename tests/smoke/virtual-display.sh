@@ -1,0 +1,36 @@
+# Sourced by the window scripts: a work folder, a virtual X server and the
+# brevio process, all cleaned up however the script ends. The script sets
+# brevio_pid once it starts brevio and defines fail() before sourcing this.
+
+work=$(mktemp -d)
+xvfb_pid=
+brevio_pid=
+cleanup() {
+    local status=$?
+    if [ -n "$brevio_pid" ]; then
+        kill "$brevio_pid" 2>/dev/null || true
+        wait "$brevio_pid" 2>/dev/null || true
+    fi
+    if [ -n "$xvfb_pid" ]; then
+        kill "$xvfb_pid" 2>/dev/null || true
+        wait "$xvfb_pid" 2>/dev/null || true
+    fi
+    rm -rf "$work"
+    exit "$status"
+}
+trap cleanup EXIT
+
+# Xvfb picks a free display itself and writes its number once it accepts
+# connections, so runs side by side never share a server. Exports DISPLAY.
+start_virtual_display() {
+    Xvfb -displayfd 3 -screen 0 1024x700x24 -nolisten tcp 3>"$work/display" >"$work/xvfb.log" 2>&1 &
+    xvfb_pid=$!
+    for _ in $(seq 100); do
+        [ -s "$work/display" ] && break
+        kill -0 "$xvfb_pid" 2>/dev/null || fail "Xvfb did not start: $(cat "$work/xvfb.log")"
+        sleep 0.1
+    done
+    [ -s "$work/display" ] || fail "Xvfb did not report its display"
+    DISPLAY=":$(head -n1 "$work/display")"
+    export DISPLAY
+}
