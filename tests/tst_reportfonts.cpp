@@ -1,5 +1,6 @@
 #include "jobrunner.h"
 #include "pdfreport.h"
+#include "reliability.h"
 #include "reportfonts.h"
 #include "undrawable.h"
 
@@ -15,32 +16,14 @@ namespace {
 
 const QStringList bundledFaces = {QStringLiteral("BrevioSans"), QStringLiteral("BrevioSans-Bold")};
 
-struct Run {
-    int exitCode = -1;
-    QString out;
-    QString err;
-};
-
 // fontconfig reads its configuration once per process, so every other font
 // configuration needs a brevio-convert of its own.
-Run runConverter(const QStringList& arguments, const QString& fontconfigFile = QString()) {
-    QProcess process;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.remove(QStringLiteral("QT_QPA_PLATFORM"));
+reliability::ProcessRun convertWithFonts(const QStringList& arguments,
+                                         const QString& fontconfigFile = QString()) {
+    QProcessEnvironment fonts;
     if (!fontconfigFile.isEmpty())
-        environment.insert(QStringLiteral("FONTCONFIG_FILE"), fontconfigFile);
-    process.setProcessEnvironment(environment);
-    process.start(QStringLiteral(BREVIO_CONVERT_BINARY), arguments);
-    Run run;
-    if (!process.waitForFinished(120000)) {
-        process.kill();
-        process.waitForFinished();
-        return run;
-    }
-    run.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-    run.out = QString::fromLocal8Bit(process.readAllStandardOutput());
-    run.err = QString::fromLocal8Bit(process.readAllStandardError());
-    return run;
+        fonts.insert(QStringLiteral("FONTCONFIG_FILE"), fontconfigFile);
+    return reliability::runConverter(arguments, 120000, fonts);
 }
 
 // What fontconfig answers under a configuration, to show the configuration
@@ -151,7 +134,7 @@ void TestReportFonts::sameReportUnderAnyFontConfiguration() {
     const QString path = copyExample(QStringLiteral("multi-page-plant.json"), dir.path(),
                                      QStringLiteral("anlage.json"));
     const QString pdf = reportPathFor(path);
-    const Run usual = runConverter({path});
+    const reliability::ProcessRun usual = convertWithFonts({path});
     QCOMPARE(usual.exitCode, 0);
     const PdfReport usualReport(pdf);
     QVERIFY(usualReport.pageCount() > 1);
@@ -159,7 +142,7 @@ void TestReportFonts::sameReportUnderAnyFontConfiguration() {
     QVERIFY(
         usualLayout.join(QLatin1Char('\n')).contains(QStringLiteral("Allgemeine Einstellungen:")));
 
-    const Run run = runConverter({path}, conf);
+    const reliability::ProcessRun run = convertWithFonts({path}, conf);
     QCOMPARE(run.err, QString());
     QCOMPARE(run.exitCode, 0);
     QCOMPARE(run.out, pdf + QLatin1Char('\n'));
@@ -173,7 +156,7 @@ void TestReportFonts::everyScriptComesBack() {
     QTemporaryDir dir;
     const QString path =
         copyTestData(QStringLiteral("fonts/scripts.json"), dir.path(), QStringLiteral("welt.json"));
-    const Run run = runConverter({path});
+    const reliability::ProcessRun run = convertWithFonts({path});
     QCOMPARE(run.err, QString());
     QCOMPARE(run.exitCode, 0);
     const PdfReport report(reportPathFor(path));
@@ -194,7 +177,7 @@ void TestReportFonts::undrawableCharacterWarns() {
     QTemporaryDir dir;
     const QString path = copyTestData(QStringLiteral("fonts/undrawable.json"), dir.path(),
                                       QStringLiteral("kessel.json"));
-    const Run run = runConverter({path});
+    const reliability::ProcessRun run = convertWithFonts({path});
     QCOMPARE(run.err, QStringLiteral("brevio-convert: ") + path +
                           QStringLiteral(": warning: 1 character cannot be drawn: U+10FFFD\n"));
     QCOMPARE(run.exitCode, 0);
