@@ -34,3 +34,13 @@ start_virtual_display() {
     DISPLAY=":$(head -n1 "$work/display")"
     export DISPLAY
 }
+
+# Waits up to a minute for a complete report at the path; fails without one.
+wait_for_report() {
+    local report=$1
+    for _ in $(seq 600); do
+        [ -s "$report" ] && tail -c 64 "$report" | grep -q '%%EOF' && return 0
+        sleep 0.1
+    done
+    fail "no report $(basename "$report") after convert-all"
+}

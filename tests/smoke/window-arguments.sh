@@ -73,11 +73,7 @@ xdotool click 1
 
 for name in zuluft abluft; do
     report="$data/$name.pdf"
-    for _ in $(seq 600); do
-        [ -s "$report" ] && tail -c 64 "$report" | grep -q '%%EOF' && break
-        sleep 0.1
-    done
-    [ -s "$report" ] || fail "no report $name.pdf after convert-all"
+    wait_for_report "$report"
 done
 alive
 sleep 1

@@ -117,11 +117,7 @@ click_at "$konvert_x" "$centre_y"
 
 for name in "${names[@]}"; do
     report="$data/$name.pdf"
-    for _ in $(seq 600); do
-        [ -s "$report" ] && tail -c 64 "$report" | grep -q '%%EOF' && break
-        sleep 0.1
-    done
-    [ -s "$report" ] || fail "no report $name.pdf after convert-all"
+    wait_for_report "$report"
     text=$(pdftotext "$report" - 2>/dev/null) || fail "pdftotext cannot read $name.pdf"
     grep -q "Allgemeine Einstellungen:" <<<"$text" || fail "$name.pdf lacks the general settings"
     grep -q "$name.json" <<<"$text" || fail "$name.pdf does not name its source"
