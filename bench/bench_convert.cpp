@@ -1,7 +1,8 @@
 // Measures conversion cost and prints the figures:
 //   bench_convert [runs]
-#include "convert.h"
-#include "reportfonts.h"
+#include "convert/convert.h"
+#include "convert/reportfonts.h"
+#include "convert/runonpool.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -107,13 +108,13 @@ double throughput(const QStringList& files, int threads) {
     QElapsedTimer timer;
     timer.start();
     for (const QString& path : files) {
-        auto* job = new convert;
-        QObject::connect(job, &convert::finished, &loop, [&] {
+        JobHandlers handlers;
+        handlers.outcomeReceiver = &loop;
+        handlers.ended = [&](bool, const ConversionOutcome&) {
             if (++ended == files.size())
                 loop.quit();
-        });
-        QObject::connect(job, &convert::finished, job, &QObject::deleteLater);
-        QtConcurrent::run(QThreadPool::globalInstance(), job, &convert::readJsonFile, path, path);
+        };
+        runOnPool(new convert, path, handlers);
     }
     loop.exec();
     return files.size() / (timer.nsecsElapsed() / 1e9);

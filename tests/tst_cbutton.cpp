@@ -1,4 +1,4 @@
-#include "cbutton.h"
+#include "app/cbutton.h"
 
 #include <QApplication>
 #include <QMetaMethod>

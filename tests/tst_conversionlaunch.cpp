@@ -1,8 +1,8 @@
-#include "cbutton.h"
-#include "convert.h"
+#include "app/cbutton.h"
+#include "app/listwidgetcontainer.h"
+#include "app/mainwindow.h"
+#include "convert/convert.h"
 #include "jobrunner.h"
-#include "listwidgetcontainer.h"
-#include "mainwindow.h"
 #include "pdfreport.h"
 #include "windowtest.h"
 

@@ -1,4 +1,5 @@
-#include "convert.h"
+#include "convert/convert.h"
+#include "convert/runonpool.h"
 #include "jobrunner.h"
 #include "pdfreport.h"
 
@@ -307,14 +308,15 @@ void TestConvertJob::twoJobsAtOnce() {
     QEventLoop loop;
     QList<int> progressFirst, progressSecond;
     auto start = [&](const QString& path, QList<int>& progress) {
-        auto* job = new convert;
-        connect(job, &convert::newPbarValue, &loop, [&progress](int v) { progress.append(v); });
-        connect(job, &convert::finished, &loop, [&] {
-            if (++ended == 2)
+        JobHandlers handlers;
+        handlers.progressReceiver = &loop;
+        handlers.progress = [&progress](int v) { progress.append(v); };
+        handlers.outcomeReceiver = &loop;
+        handlers.ended = [&](bool converted, const ConversionOutcome&) {
+            if (converted && ++ended == 2)
                 loop.quit();
-        });
-        connect(job, &convert::finished, job, &QObject::deleteLater);
-        QtConcurrent::run(QThreadPool::globalInstance(), job, &convert::readJsonFile, path, path);
+        };
+        runOnPool(new convert, path, handlers);
     };
     start(first, progressFirst);
     start(second, progressSecond);

@@ -1,84 +1,101 @@
-// brevio-convert's account of a finished job: a report counts as written
-// when its name holds a new, complete file, whatever the time stamps say
-// (file systems with 1 s or 2 s stamps give a quick rewrite the old time).
+// How brevio-convert words what a job recorded about itself: every reason a
+// job can end with, and the warnings of a converted file.
 
-#include "failurereason.h"
-#include "filepaths.h"
-#include "jobrunner.h"
+#include "cli/failurereason.h"
+#include "convert/conversionoutcome.h"
 
-#include <QFile>
-#include <QTemporaryDir>
 #include <QTest>
 
-#include <cstdio>
-#include <fcntl.h>
-#include <sys/stat.h>
-
-namespace {
-
-const QByteArray completePdf = "%PDF-1.4\nbody\n%%EOF\n";
-
-// Gives path the modification time of model, to the nanosecond.
-bool copyTime(const QString& model, const QString& path) {
-    struct stat info {};
-    if (::stat(QFile::encodeName(model).constData(), &info) != 0)
-        return false;
-    const timespec times[2] = {info.st_atim, info.st_mtim};
-    return ::utimensat(AT_FDCWD, QFile::encodeName(path).constData(), times, 0) == 0;
-}
-
-} // namespace
+using Reason = ConversionOutcome::Reason;
+Q_DECLARE_METATYPE(Reason)
 
 class TestFailureReason : public QObject {
     Q_OBJECT
 
 private slots:
-    void finishedJob_data();
-    void finishedJob();
+    void reason_data();
+    void reason();
+    void warnings_data();
+    void warnings();
 };
 
-void TestFailureReason::finishedJob_data() {
-    QTest::addColumn<QString>("change");
-    QTest::addColumn<QString>("reason");
-    QTest::newRow("new file with the old time stamp") << "replaced, same time"
-                                                      << "";
-    QTest::newRow("new file") << "replaced"
-                              << "";
-    QTest::newRow("old file with a new time stamp")
-        << "touched"
-        << "report not written (the old report was left in place)";
-    QTest::newRow("old file untouched") << "untouched"
-                                        << "report not written (the old report was left in place)";
-    QTest::newRow("new file cut short") << "replaced, incomplete"
-                                        << "report not written (the file is incomplete)";
-    QTest::newRow("removed") << "removed"
-                             << "report not written";
+void TestFailureReason::reason_data() {
+    QTest::addColumn<Reason>("why");
+    QTest::addColumn<QString>("detail");
+    QTest::addColumn<bool>("olderKept");
+    QTest::addColumn<QString>("expected");
+    const QString notWritten = QStringLiteral("report not written");
+    const QString leftInPlace =
+        QStringLiteral("report not written (the old report was left in place)");
+    QTest::newRow("converted") << Reason::Converted << QString() << false << QString();
+    QTest::newRow("name") << Reason::NotJsonName << QString() << false
+                          << "not a \".json\" file name";
+    QTest::newRow("open") << Reason::CannotOpen << "No such file or directory" << false
+                          << "cannot be opened: No such file or directory";
+    QTest::newRow("empty") << Reason::EmptyFile << QString() << false << "empty file";
+    QTest::newRow("memory") << Reason::OutOfMemory << QString() << false << "not converted";
+    QTest::newRow("never ran") << Reason::NotRun << QString() << false << "not converted";
+    QTest::newRow("no folder") << Reason::NoTemporaryFolder << "Permission denied" << false
+                               << notWritten;
+    QTest::newRow("no folder, older kept")
+        << Reason::NoTemporaryFolder << "Permission denied" << true << leftInPlace;
+    QTest::newRow("painter") << Reason::PainterFailed << QString() << false << notWritten;
+    QTest::newRow("incomplete") << Reason::ReportIncomplete << QString() << false << notWritten;
+    QTest::newRow("incomplete, older kept")
+        << Reason::ReportIncomplete << QString() << true << leftInPlace;
+    QTest::newRow("commit") << Reason::CommitFailed << "Is a directory" << false << notWritten;
+    QTest::newRow("labels") << Reason::LabelsUndrawable << QString() << false
+                            << "report not written (no font can draw its text)";
 }
 
-void TestFailureReason::finishedJob() {
-    QFETCH(QString, change);
-    QFETCH(QString, reason);
-    QTemporaryDir dir;
-    const QString report = writeFile(dir.path(), QStringLiteral("a.pdf"), completePdf);
-    const filePaths::Identity before = filePaths::entryIdentityOf(report);
+void TestFailureReason::reason() {
+    QFETCH(Reason, why);
+    QFETCH(QString, detail);
+    QFETCH(bool, olderKept);
+    QFETCH(QString, expected);
+    ConversionOutcome outcome;
+    outcome.fail(why, detail);
+    outcome.olderReportKept = olderKept;
+    QCOMPARE(failureReason::forOutcome(outcome), expected);
+    QCOMPARE(outcome.converted(), expected.isEmpty());
+}
 
-    if (change.startsWith(QLatin1String("replaced"))) {
-        const QString fresh = writeFile(
-            dir.path(), QStringLiteral("fresh.pdf"),
-            change.endsWith(QLatin1String("incomplete")) ? QByteArray("%PDF-1.4\n") : completePdf);
-        if (change.endsWith(QLatin1String("same time")))
-            QVERIFY(copyTime(report, fresh));
-        QVERIFY(std::rename(QFile::encodeName(fresh).constData(),
-                            QFile::encodeName(report).constData()) == 0);
-    } else if (change == QLatin1String("touched")) {
-        QFile file(report);
-        QVERIFY(file.open(QIODevice::ReadWrite));
-        QVERIFY(file.setFileTime(QDateTime::currentDateTime().addSecs(60),
-                                 QFileDevice::FileModificationTime));
-    } else if (change == QLatin1String("removed")) {
-        QVERIFY(QFile::remove(report));
-    }
-    QCOMPARE(failureReason::forFinishedJob(report, before), reason);
+void TestFailureReason::warnings_data() {
+    QTest::addColumn<bool>("invalid");
+    QTest::addColumn<bool>("notObject");
+    QTest::addColumn<QVector<uint>>("undrawable");
+    QTest::addColumn<QStringList>("expected");
+    QTest::newRow("none") << false << false << QVector<uint>() << QStringList();
+    QTest::newRow("invalid") << true << false << QVector<uint>()
+                             << QStringList{QStringLiteral(
+                                    "not valid JSON (illegal value at offset 7); the report has "
+                                    "empty values")};
+    QTest::newRow("array") << false << true << QVector<uint>()
+                           << QStringList{QStringLiteral("the top level is not a JSON object; "
+                                                         "the report has empty values")};
+    QTest::newRow("one character")
+        << false << false << QVector<uint>{0x10FFFD}
+        << QStringList{QStringLiteral("1 character cannot be drawn: U+10FFFD")};
+    QTest::newRow("both") << true << false << QVector<uint>{0x4E1C, 0x4EAC}
+                          << QStringList{QStringLiteral("not valid JSON (illegal value at offset "
+                                                        "7); the report has empty values"),
+                                         QStringLiteral("2 characters cannot be drawn: U+4E1C "
+                                                        "U+4EAC")};
+}
+
+void TestFailureReason::warnings() {
+    QFETCH(bool, invalid);
+    QFETCH(bool, notObject);
+    QFETCH(QVector<uint>, undrawable);
+    QFETCH(QStringList, expected);
+    ConversionOutcome outcome;
+    outcome.reason = Reason::Converted;
+    outcome.jsonInvalid = invalid;
+    outcome.jsonError = QStringLiteral("illegal value");
+    outcome.jsonErrorOffset = 7;
+    outcome.topLevelNotObject = notObject;
+    outcome.undrawable = undrawable;
+    QCOMPARE(failureReason::warnings(outcome), expected);
 }
 
 QTEST_MAIN(TestFailureReason)

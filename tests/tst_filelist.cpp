@@ -1,6 +1,6 @@
-#include "cbutton.h"
-#include "listwidgetcontainer.h"
-#include "mainwindow.h"
+#include "app/cbutton.h"
+#include "app/listwidgetcontainer.h"
+#include "app/mainwindow.h"
 #include "windowtest.h"
 
 #include <QDir>

@@ -1,7 +1,7 @@
 // File names that are not UTF-8 must come back byte for byte through the
 // codec that Brevio's programs install for the locale.
 
-#include "filenamecodec.h"
+#include "files/filenamecodec.h"
 
 #include <QFile>
 #include <QTest>

@@ -1,9 +1,9 @@
 // Paths as the system reads them, and opening files for reading without
 // waiting on anything that is not a regular file.
 
-#include "filepaths.h"
+#include "files/filepaths.h"
+#include "files/regularfile.h"
 #include "jobrunner.h"
-#include "regularfile.h"
 
 #include <QDir>
 #include <QElapsedTimer>

@@ -1,6 +1,6 @@
-#include "launch.h"
-#include "listwidgetcontainer.h"
-#include "mainwindow.h"
+#include "app/launch.h"
+#include "app/listwidgetcontainer.h"
+#include "app/mainwindow.h"
 #include "windowtest.h"
 
 #include <QApplication>

@@ -1,5 +1,5 @@
-#include "cbutton.h"
-#include "listwidgetcontainer.h"
+#include "app/cbutton.h"
+#include "app/listwidgetcontainer.h"
 #include "windowtest.h"
 
 #include <QDir>

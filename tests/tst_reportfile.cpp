@@ -1,10 +1,10 @@
 // A report is drawn into a file of its own next to its name and takes the
 // name only when complete; jobs of one process take turns at one report.
 
-#include "filepaths.h"
+#include "files/filepaths.h"
+#include "files/reportfile.h"
+#include "files/reportlock.h"
 #include "jobrunner.h"
-#include "reportfile.h"
-#include "reportlock.h"
 
 #include <QAtomicInt>
 #include <QDir>

@@ -1,8 +1,9 @@
+#include "convert/conversionoutcome.h"
+#include "convert/reportfonts.h"
+#include "convert/undrawable.h"
 #include "jobrunner.h"
 #include "pdfreport.h"
 #include "reliability.h"
-#include "reportfonts.h"
-#include "undrawable.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,4 +1,4 @@
-#include "cbutton.h"
+#include "app/cbutton.h"
 
 #include <QResizeEvent>
 #include <QStyle>

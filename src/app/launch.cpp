@@ -1,7 +1,8 @@
-#include "launch.h"
+#include "app/launch.h"
 
-#include "filepaths.h"
-#include "mainwindow.h"
+#include "app/mainwindow.h"
+#include "convert/bootstrap.h"
+#include "files/filepaths.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
@@ -61,13 +62,13 @@ QString helpText(const Parser& parser) {
     return parser.parser.helpText();
 }
 
-void printVersion() {
-    std::printf("brevio %s\n", BREVIO_VERSION);
+const QString& programName() {
+    static const QString name = QStringLiteral("brevio");
+    return name;
 }
 
 int usageError(const Parser& parser, const QString& message) {
-    std::fprintf(stderr, "brevio: %s\n\n%s", qPrintable(message), qPrintable(helpText(parser)));
-    return exitUsage;
+    return bootstrap::usageError(programName(), message, helpText(parser));
 }
 
 // Decides --help, --version and mistakes; startWindow when none applies.
@@ -83,7 +84,7 @@ int answer(Parser& parser, bool parsed) {
         return exitOk;
     }
     if (parser.parser.isSet(parser.version)) {
-        printVersion();
+        bootstrap::printVersion(programName());
         return exitOk;
     }
     return startWindow;
@@ -117,8 +118,7 @@ int answerWithoutDisplay(int argc, char* argv[]) {
 }
 
 void describeApplication() {
-    QCoreApplication::setApplicationName(QStringLiteral("brevio"));
-    QCoreApplication::setApplicationVersion(QStringLiteral(BREVIO_VERSION));
+    bootstrap::initApplication(programName());
     QGuiApplication::setDesktopFileName(QStringLiteral(BREVIO_APP_ID));
     QIcon icon;
     for (const int size : {16, 22, 24, 32, 48, 64, 128, 256})

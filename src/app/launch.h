@@ -1,6 +1,8 @@
 #ifndef BREVIO_LAUNCH_H
 #define BREVIO_LAUNCH_H
 
+#include "convert/bootstrap.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -11,7 +13,7 @@ namespace launch {
 
 // Returned instead of an exit status when the window is to be started.
 constexpr int startWindow = -1;
-constexpr int exitUsage = 2;
+constexpr int exitUsage = bootstrap::exitUsage;
 
 // Answers --help, --version and unknown options before any window system
 // is contacted, so that they work on a terminal without a display. Qt's
@@ -19,9 +21,10 @@ constexpr int exitUsage = 2;
 // the exit status, or startWindow.
 int answerWithoutDisplay(int argc, char* argv[]);
 
-// Names the running application for the desktop: version, the id of its
-// menu entry (which lets a desktop match the window to its icon) and the
-// window icon.
+// The shared start-up (name, version, file-name codec, report fonts), then
+// what the desktop needs: the id of the menu entry (which lets a desktop
+// match the window to its icon) and the window icon. Call before the
+// arguments are read, so that file names come through byte for byte.
 void describeApplication();
 
 struct Request {

@@ -1,6 +1,6 @@
-#include "listwidgetcontainer.h"
+#include "app/listwidgetcontainer.h"
 
-#include "cbutton.h"
+#include "app/cbutton.h"
 
 #include <QEvent>
 #include <QFileDialog>

@@ -1,7 +1,5 @@
-#include "filenamecodec.h"
-#include "launch.h"
-#include "mainwindow.h"
-#include "reportfonts.h"
+#include "app/launch.h"
+#include "app/mainwindow.h"
 
 #include <QApplication>
 #include <QDir>
@@ -12,10 +10,6 @@ int main(int argc, char* argv[]) {
         return answered;
 
     QApplication app(argc, argv);
-    registerReportFonts();
-    // Before the arguments are read: files whose names are not UTF-8 are
-    // opened and written by their bytes.
-    FileNameCodec::useForLocale();
     launch::describeApplication();
     const launch::Request request = launch::parse(QApplication::arguments(), QDir::currentPath());
     if (request.exitStatus != launch::startWindow)

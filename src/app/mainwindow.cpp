@@ -1,7 +1,10 @@
-#include "mainwindow.h"
+#include "app/mainwindow.h"
 
-#include "cbutton.h"
-#include "convert.h"
+#include "app/cbutton.h"
+#include "app/windowlog.h"
+#include "convert/convert.h"
+#include "convert/runonpool.h"
+#include "files/filepaths.h"
 #include "ui_mainwindow.h"
 
 #include <QApplication>
@@ -14,9 +17,7 @@
 #include <QMimeData>
 #include <QProgressBar>
 #include <QSize>
-#include <QThreadPool>
 #include <QUrl>
-#include <QtConcurrent>
 
 namespace {
 
@@ -64,7 +65,7 @@ MainWindow::~MainWindow() {
 void MainWindow::addListWidgetItem(QString path) {
     if (!path.endsWith(QLatin1String(".json")))
         return;
-    path.replace(QLatin1String(".json"), QLatin1String(".pdf"));
+    path = filePaths::reportFor(path);
 
     for (const QString& listed : fileList) {
         if (listed == path) {
@@ -102,7 +103,7 @@ void MainWindow::convertAll() {
         QListWidgetItem* item = ui->listWidget->item(i);
         auto* row = qobject_cast<ListWidgetContainer*>(ui->listWidget->itemWidget(item));
         if (!row) {
-            qDebug() << "ObjectCast ListWidgetContainer fehlgeschlagen";
+            qCDebug(brevioWindow) << "ObjectCast ListWidgetContainer fehlgeschlagen";
             continue;
         }
         convertSingle(row);
@@ -114,20 +115,23 @@ void MainWindow::convertSingle(ListWidgetContainer* row) {
     if (!row || row->pBar->value() != 0)
         return;
 
-    auto* job = new convert(nullptr);
-    connect(job, &convert::finished, job, &QObject::deleteLater);
-    connect(job, &convert::aborted, job, &QObject::deleteLater);
-    connect(qApp, &QCoreApplication::aboutToQuit, job, &QObject::deleteLater);
-
     row->setPbarRange(0, progressSteps);
+    // A renamed row reads the configuration of its new name.
+    const QString configuration = filePaths::configurationFor(row->filePath);
+    JobHandlers handlers;
     // Emitted on the pool thread, so the row gets the values queued; the
     // connection ends with the row if it is removed mid-conversion.
-    connect(job, &convert::newPbarValue, row, &ListWidgetContainer::setPbarValue);
-
-    QString path = row->filePath;
-    path.replace(QLatin1String(".pdf"), QLatin1String(".json"));
+    handlers.progressReceiver = row;
+    handlers.progress = [row](int value) { row->setPbarValue(value); };
+    // The window shows nothing when a file is not converted; the job log
+    // says why, for whoever turns it on.
+    handlers.outcomeReceiver = this;
+    handlers.ended = [configuration](bool, const ConversionOutcome& outcome) {
+        if (!outcome.converted())
+            qCDebug(brevioJob) << "Not converted:" << configuration << outcome;
+    };
     // Nobody waits for the job: the bar is its only trace in the window.
-    QtConcurrent::run(QThreadPool::globalInstance(), job, &convert::readJsonFile, path, path);
+    runOnPool(new convert(nullptr), configuration, handlers);
 }
 
 void MainWindow::resizeEvent(QResizeEvent*) {
@@ -136,19 +140,19 @@ void MainWindow::resizeEvent(QResizeEvent*) {
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
-    qDebug() << "DragEnterEvent";
+    qCDebug(brevioWindow) << "DragEnterEvent";
     // Names are checked when the files arrive, not here.
     if (event->mimeData()->hasUrls())
         event->acceptProposedAction();
 }
 
 void MainWindow::dropEvent(QDropEvent* event) {
-    qDebug() << "Dropevent";
+    qCDebug(brevioWindow) << "Dropevent";
     const QList<QUrl> urls = event->mimeData()->urls();
     for (const QUrl& url : urls) {
         // Not a local file: the empty path is refused by its missing ending.
         const QString path = url.toLocalFile();
-        qDebug() << "Dropped file:" << path;
+        qCDebug(brevioWindow) << "Dropped file:" << path;
         addListWidgetItem(path);
     }
 }

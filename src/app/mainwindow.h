@@ -1,7 +1,7 @@
 #ifndef BREVIO_MAINWINDOW_H
 #define BREVIO_MAINWINDOW_H
 
-#include "listwidgetcontainer.h"
+#include "app/listwidgetcontainer.h"
 
 #include <QList>
 #include <QMainWindow>

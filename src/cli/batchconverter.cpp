@@ -1,12 +1,11 @@
-#include "batchconverter.h"
+#include "cli/batchconverter.h"
 
-#include "convert.h"
-#include "failurereason.h"
+#include "cli/failurereason.h"
+#include "convert/convert.h"
+#include "convert/runonpool.h"
+#include "files/filepaths.h"
 
-#include <QCoreApplication>
 #include <QHash>
-#include <QThreadPool>
-#include <QtConcurrent>
 
 #include <unistd.h>
 
@@ -74,23 +73,14 @@ void BatchConverter::start() {
         Entry& entry = entries[index];
         if (entry.ended)
             continue;
-        entry.reportBefore = filePaths::entryIdentityOf(entry.reportPath);
-
-        auto* job = new convert(nullptr);
-        // Queued calls are posted in connection order, and once the deferred
-        // deletion has run a call still waiting for the deleted sender is
-        // dropped: the outcome must be connected before deleteLater.
-        connect(job, &convert::finished, this, [this, index] { jobEnded(index, true); });
-        connect(job, &convert::aborted, this, [this, index] { jobEnded(index, false); });
-        connect(job, &convert::finished, job, &QObject::deleteLater);
-        connect(job, &convert::aborted, job, &QObject::deleteLater);
-        connect(qApp, &QCoreApplication::aboutToQuit, job, &QObject::deleteLater);
+        JobHandlers handlers;
+        handlers.outcomeReceiver = this;
+        handlers.ended = [this, index](bool, const ConversionOutcome& outcome) {
+            jobEnded(index, outcome);
+        };
         std::atomic<bool>* running = &started[size_t(index)];
-        const QString path = entry.jsonPath;
-        QtConcurrent::run(QThreadPool::globalInstance(), [job, path, running] {
-            running->store(true);
-            job->readJsonFile(path, path);
-        });
+        handlers.started = [running] { running->store(true); };
+        runOnPool(new convert(nullptr), entry.jsonPath, handlers);
     }
     flushReady();
     if (endedCount == entries.size()) {
@@ -111,19 +101,13 @@ bool BatchConverter::threadsLost() const {
     return lostJobs;
 }
 
-void BatchConverter::jobEnded(int index, bool finished) {
+void BatchConverter::jobEnded(int index, const ConversionOutcome& outcome) {
     Entry& entry = entries[index];
     if (entry.ended)
         return;
-    if (finished) {
-        entry.reason = failureReason::forFinishedJob(entry.reportPath, entry.reportBefore);
-        if (entry.reason.isEmpty())
-            entry.reason = failureReason::labelFailure();
-        entry.converted = entry.reason.isEmpty();
-        entry.warnings = failureReason::warnings(entry.jsonPath);
-    } else {
-        entry.reason = failureReason::forAbortedJob(entry.jsonPath);
-    }
+    entry.reason = failureReason::forOutcome(outcome);
+    entry.converted = entry.reason.isEmpty();
+    entry.warnings = failureReason::warnings(outcome);
     endEntry(index);
 }
 

@@ -1,7 +1,7 @@
 #ifndef BREVIO_BATCHCONVERTER_H
 #define BREVIO_BATCHCONVERTER_H
 
-#include "filepaths.h"
+#include "convert/conversionoutcome.h"
 
 #include <QObject>
 #include <QString>
@@ -39,9 +39,6 @@ private:
         QString given;
         QString jsonPath;
         QString reportPath;
-        // The report name's directory entry before the job: a written
-        // report is a new file under that name.
-        filePaths::Identity reportBefore;
         bool ended = false;
         bool converted = false;
         QString reason;
@@ -52,7 +49,7 @@ private:
     // two jobs must never write one report, and one report cannot belong to
     // two different configurations.
     void settleSharedReports();
-    void jobEnded(int index, bool finished);
+    void jobEnded(int index, const ConversionOutcome& outcome);
     void endEntry(int index);
     void checkForLostJobs();
     void flushReady();

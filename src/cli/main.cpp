@@ -1,6 +1,5 @@
-#include "batchconverter.h"
-#include "filenamecodec.h"
-#include "reportfonts.h"
+#include "cli/batchconverter.h"
+#include "convert/bootstrap.h"
 
 #include <QCommandLineParser>
 #include <QGuiApplication>
@@ -14,7 +13,6 @@ namespace {
 
 constexpr int exitConverted = 0;
 constexpr int exitNotConverted = 1;
-constexpr int exitUsage = 2;
 
 // The toolkit's own debug output and warnings (runtime directory, font
 // fallbacks) are not this tool's messages; stderr carries only ours.
@@ -23,10 +21,13 @@ void quietToolkit(QtMsgType type, const QMessageLogContext&, const QString& mess
         std::fprintf(stderr, "brevio-convert: %s\n", qPrintable(message));
 }
 
+const QString& programName() {
+    static const QString name = QStringLiteral("brevio-convert");
+    return name;
+}
+
 int usageError(const QCommandLineParser& parser, const QString& message) {
-    std::fprintf(stderr, "brevio-convert: %s\n\n%s", qPrintable(message),
-                 qPrintable(parser.helpText()));
-    return exitUsage;
+    return bootstrap::usageError(programName(), message, parser.helpText());
 }
 
 } // namespace
@@ -38,12 +39,9 @@ int main(int argc, char* argv[]) {
     if (qEnvironmentVariableIsEmpty("BREVIO_DEBUG"))
         qInstallMessageHandler(quietToolkit);
     QGuiApplication app(argc, argv);
-    registerReportFonts();
-    QCoreApplication::setApplicationName(QStringLiteral("brevio-convert"));
-    QCoreApplication::setApplicationVersion(QStringLiteral(BREVIO_VERSION));
     // Before the arguments are read: file names that are not UTF-8 must
     // come through byte for byte.
-    FileNameCodec::useForLocale();
+    bootstrap::initApplication(programName());
 
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
@@ -66,7 +64,7 @@ int main(int argc, char* argv[]) {
         return exitConverted;
     }
     if (parser.isSet(versionOption)) {
-        std::printf("brevio-convert %s\n", BREVIO_VERSION);
+        bootstrap::printVersion(programName());
         return exitConverted;
     }
     if (parser.isSet(jobsOption)) {

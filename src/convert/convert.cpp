@@ -1,10 +1,15 @@
-#include "convert.h"
+#include "convert/convert.h"
 
-#include "regularfile.h"
-#include "reportlayout.h"
+#include "convert/reportlayout.h"
+#include "convert/undrawable.h"
+#include "files/regularfile.h"
+#include "files/reportfile.h"
 
 #include <QFile>
 #include <QJsonDocument>
+#include <QJsonParseError>
+
+#include <new>
 
 convert::convert(QObject* parent) : QObject(parent) {}
 
@@ -15,23 +20,36 @@ convert::~convert() {
 
 void convert::readJsonFile(QString jsonPath, QString pdfPath) {
     QMutexLocker stayAlive(&running);
+    using Reason = ConversionOutcome::Reason;
     const auto convertFile = [&]() -> bool {
-        if (!jsonPath.endsWith(QLatin1String(".json")))
+        if (!jsonPath.endsWith(QLatin1String(".json"))) {
+            result.fail(Reason::NotJsonName);
             return false;
+        }
         // Only a regular file is read, checked on the opened descriptor:
         // a FIFO would block the pool thread until some writer appears, and
         // a device may never end.
         QFile file;
-        if (!openRegularFile(file, jsonPath))
+        QString why;
+        if (!openRegularFile(file, jsonPath, &why)) {
+            result.fail(Reason::CannotOpen, why);
             return false;
+        }
         sourcePath = jsonPath;
         const QByteArray content = file.readAll();
+        const bool readFailed = file.error() != QFileDevice::NoError;
+        why = file.errorString();
         file.close();
-        if (content.isEmpty())
+        if (content.isEmpty()) {
+            if (readFailed)
+                result.fail(Reason::CannotOpen, why);
+            else
+                result.fail(Reason::EmptyFile);
             return false;
+        }
         // A syntax error is not a failure: the empty object it leaves behind
         // still gives a report, with every value empty.
-        readMainConfiguration(QJsonDocument::fromJson(content).object());
+        readMainConfiguration(parseConfiguration(content));
         printPdf(pdfPath);
         return true;
     };
@@ -42,13 +60,112 @@ void convert::readJsonFile(QString jsonPath, QString pdfPath) {
     bool converted = false;
     try {
         converted = convertFile();
+    } catch (const std::bad_alloc&) {
+        result.fail(Reason::OutOfMemory);
     } catch (...) {
-        converted = false;
+        result.fail(Reason::NotRun);
     }
     if (converted)
         emit finished();
     else
         emit aborted();
+}
+
+const ConversionOutcome& convert::outcome() const {
+    return result;
+}
+
+QJsonObject convert::parseConfiguration(const QByteArray& content) {
+    QJsonParseError error{};
+    const QJsonDocument document = QJsonDocument::fromJson(content, &error);
+    if (error.error != QJsonParseError::NoError) {
+        result.jsonInvalid = true;
+        result.jsonError = error.errorString();
+        result.jsonErrorOffset = error.offset;
+    } else if (!document.isObject()) {
+        result.topLevelNotObject = true;
+    }
+    return document.object();
+}
+
+namespace {
+
+void appendStrings(const QVector<QVariant>& values, QString& text) {
+    for (const QVariant& value : values)
+        if (value.userType() == QMetaType::QString) {
+            text += value.toString();
+            text += QLatin1Char('\n');
+        }
+}
+
+// The fonts the job draws with: default-constructed, so in the
+// application's family, at the report's sizes.
+QFont reportFont(int pixelSize, QFont::Weight weight) {
+    QFont font;
+    font.setPixelSize(pixelSize);
+    font.setWeight(weight);
+    return font;
+}
+
+// With neither the bundled font nor any font of the machine usable, every
+// line of a report is a black bar; the labels tell, since they are always
+// printed. The fonts are the same for every job of a process.
+bool labelsDrawable() {
+    static const bool drawable =
+        undrawableCharacters(QStringLiteral("Allgemeine Einstellungen: Modbus"),
+                             reportFont(reportLayout::headingPixelSize, QFont::Bold))
+            .isEmpty() &&
+        undrawableCharacters(QStringLiteral("Quandel Protokoll vom: Name: Höhe [m]:"),
+                             reportFont(reportLayout::bodyPixelSize, QFont::Normal))
+            .isEmpty();
+    return drawable;
+}
+
+} // namespace
+
+void convert::recordReport(const ReportFile& output, bool written) {
+    using Reason = ConversionOutcome::Reason;
+    if (written) {
+        result.reason = Reason::Converted;
+    } else {
+        switch (output.failure()) {
+        case ReportFile::Failure::NoFolder:
+            result.fail(Reason::NoTemporaryFolder, output.errorString());
+            break;
+        case ReportFile::Failure::Incomplete:
+            result.fail(Reason::ReportIncomplete);
+            break;
+        case ReportFile::Failure::NotSaved:
+            result.fail(Reason::CommitFailed, output.errorString());
+            break;
+        case ReportFile::Failure::None:
+            // The folder is there, so it was the printer that would not start.
+            result.fail(Reason::PainterFailed);
+            break;
+        }
+        // Nothing of this run reached the report's name, so a file there is
+        // an earlier report.
+        result.olderReportKept = output.reportNameHoldsFile();
+    }
+    checkDrawnText();
+}
+
+void convert::checkDrawnText() {
+    // The texts a report draws from the file are its string values and the
+    // path under the title; numbers and the report's own words are always
+    // drawable when its labels are. Line breaks separate them and are never
+    // drawn.
+    QString text = sourcePath + QLatin1Char('\n');
+    for (const QVector<QVariant>* values :
+         {&mainValues, &displayValues, &tlfValues, &modbusValues, &serviceValues})
+        appendStrings(*values, text);
+    for (const QVector<QVector<QVariant>>* rows : {&outputValues, &relaisValues, &offsetValues})
+        for (const QVector<QVariant>& row : *rows)
+            appendStrings(row, text);
+    result.undrawable =
+        undrawableCharacters(text, reportFont(reportLayout::bodyPixelSize, QFont::Normal));
+    if (result.converted() && !labelsDrawable())
+        result.fail(ConversionOutcome::Reason::LabelsUndrawable);
 }
 
 void convert::readMainConfiguration(const QJsonObject& document) {

@@ -1,6 +1,8 @@
 #ifndef BREVIO_CONVERT_H
 #define BREVIO_CONVERT_H
 
+#include "convert/conversionoutcome.h"
+
 #include <QFont>
 #include <QJsonArray>
 #include <QJsonObject>
@@ -12,12 +14,14 @@
 
 class QPainter;
 class QPrinter;
+class ReportFile;
 
 // One conversion: reads a device's JSON configuration into the record below
 // and draws the PDF report from it. Created on the GUI thread, runs
 // readJsonFile() once on a pool thread and is not reused; it ends by emitting
 // exactly one of finished() and aborted(), which the owner connects to
-// deleteLater().
+// deleteLater(). Why it ended so is kept in outcome(), for whoever receives
+// that last signal.
 class convert : public QObject {
     Q_OBJECT
 
@@ -43,6 +47,12 @@ public:
     void printRelais(QPainter& painter, QPrinter& printer);
 
     bool newPage(int& y);
+
+    // What this job came to. Written only by readJsonFile() on its worker
+    // thread, so read it only once finished() or aborted() has arrived: the
+    // signal is the job's last act, and the owner's handler runs before the
+    // deferred deletion it connected after that handler.
+    const ConversionOutcome& outcome() const;
 
     // The configuration record: every entry is QJsonValue::toVariant() of one
     // member, unconverted, at a fixed index per section.
@@ -75,6 +85,15 @@ private:
     // still inside one of its signals crashes that thread. Deleting a job
     // that is still running (on aboutToQuit) waits for it the same way.
     QMutex running;
+    ConversionOutcome result;
+
+    // Parses the file's content, noting the parser's complaint as a warning.
+    QJsonObject parseConfiguration(const QByteArray& content);
+    // Records how the report at output came out: written, or why not.
+    void recordReport(const ReportFile& output, bool written);
+    // After drawing: the characters of the report's text no font can draw,
+    // and whether the report is usable at all.
+    void checkDrawnText();
 
     // Advances reportCursor by one line step, starting a printer page when
     // the step crosses the page limit.

@@ -1,6 +1,6 @@
-#include "convert.h"
+#include "convert/convert.h"
 
-#include "jsonrecord.h"
+#include "convert/jsonrecord.h"
 
 void convert::readOffset(const QJsonArray& offsets) {
     // The device's offsets are not part of the report.

@@ -1,8 +1,8 @@
-#include "convert.h"
+#include "convert/convert.h"
 
-#include "jsonrecord.h"
-#include "reportlayout.h"
-#include "unitname.h"
+#include "convert/jsonrecord.h"
+#include "convert/reportlayout.h"
+#include "convert/unitname.h"
 
 #include <QPainter>
 #include <QPrinter>

@@ -1,4 +1,4 @@
-#include "reportfonts.h"
+#include "convert/reportfonts.h"
 
 #include <QFont>
 #include <QFontDatabase>

@@ -1,9 +1,9 @@
-#include "convert.h"
+#include "convert/convert.h"
 
-#include "filepaths.h"
-#include "reportfile.h"
-#include "reportlayout.h"
-#include "reportlock.h"
+#include "convert/reportlayout.h"
+#include "files/filepaths.h"
+#include "files/reportfile.h"
+#include "files/reportlock.h"
 
 #include <QFileInfo>
 #include <QImage>
@@ -82,6 +82,7 @@ void convert::printPdf(QString pdfPath) {
     if (!output.isOpen() || !painter.begin(&printer)) {
         // There is nothing to draw on, but the job still counts through its
         // steps and finishes; an older report stays as it was.
+        recordReport(output, false);
         for (int step = 9; step <= 17; ++step)
             emit newPbarValue(step);
         return;
@@ -179,5 +180,5 @@ void convert::printPdf(QString pdfPath) {
 
     emit newPbarValue(17);
     painter.end();
-    output.commit();
+    recordReport(output, output.commit());
 }

@@ -1,7 +1,7 @@
-#include "convert.h"
+#include "convert/convert.h"
 
-#include "jsonrecord.h"
-#include "reportlayout.h"
+#include "convert/jsonrecord.h"
+#include "convert/reportlayout.h"
 
 #include <QPainter>
 #include <QPrinter>

@@ -1,9 +1,8 @@
-#include "undrawable.h"
+#include "convert/undrawable.h"
 
 #include <QGlyphRun>
 #include <QRawFont>
 #include <QSet>
-#include <QStringList>
 #include <QTextLayout>
 
 namespace {
@@ -56,12 +55,4 @@ QVector<uint> undrawableCharacters(const QString& text, const QFont& font) {
             missing.append(codePoint);
     }
     return missing;
-}
-
-QString codePointList(const QVector<uint>& codePoints) {
-    QStringList parts;
-    for (uint codePoint : codePoints)
-        parts << QStringLiteral("U+") +
-                     QStringLiteral("%1").arg(codePoint, 4, 16, QLatin1Char('0')).toUpper();
-    return parts.join(QLatin1Char(' '));
 }

@@ -12,7 +12,4 @@
 // glyphs, are not listed. Needs a QGuiApplication; safe on any thread.
 QVector<uint> undrawableCharacters(const QString& text, const QFont& font);
 
-// "U+4E1C U+4EAC" for the code points given.
-QString codePointList(const QVector<uint>& codePoints);
-
 #endif

@@ -1,16 +1,16 @@
 #include "jobrunner.h"
 
-#include "convert.h"
-#include "filepaths.h"
-#include "reportfonts.h"
+#include "convert/convert.h"
+#include "convert/reportfonts.h"
+#include "convert/runonpool.h"
+#include "files/filepaths.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QEventLoop>
 #include <QFile>
 #include <QFileInfo>
-#include <QThreadPool>
 #include <QTimer>
-#include <QtConcurrent>
 
 namespace {
 
@@ -27,26 +27,22 @@ Q_COREAPP_STARTUP_FUNCTION(registerFontsLikeThePrograms)
 
 JobOutcome runJob(const QString& path, int timeoutMs) {
     JobOutcome outcome;
-    auto* job = new convert(nullptr);
     QEventLoop loop;
+    JobHandlers handlers;
     // Queued into this thread, as the window receives them.
-    QObject::connect(job, &convert::newPbarValue, &loop,
-                     [&outcome](int value) { outcome.progress.append(value); });
-    QObject::connect(job, &convert::finished, &loop, [&] {
-        ++outcome.finishedCount;
+    handlers.progressReceiver = &loop;
+    handlers.progress = [&outcome](int value) { outcome.progress.append(value); };
+    handlers.outcomeReceiver = &loop;
+    handlers.ended = [&](bool converted, const ConversionOutcome& recorded) {
+        ++(converted ? outcome.finishedCount : outcome.abortedCount);
+        outcome.recorded = recorded;
         loop.quit();
-    });
-    QObject::connect(job, &convert::aborted, &loop, [&] {
-        ++outcome.abortedCount;
-        loop.quit();
-    });
-    QObject::connect(job, &convert::finished, job, &QObject::deleteLater);
-    QObject::connect(job, &convert::aborted, job, &QObject::deleteLater);
+    };
     QTimer::singleShot(timeoutMs, &loop, [&] {
         outcome.timedOut = true;
         loop.quit();
     });
-    QtConcurrent::run(QThreadPool::globalInstance(), job, &convert::readJsonFile, path, path);
+    runOnPool(new convert(nullptr), path, handlers);
     loop.exec();
     // Let the deferred deletion and any late signal arrive.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);

@@ -1,6 +1,8 @@
 #ifndef BREVIO_TESTS_JOBRUNNER_H
 #define BREVIO_TESTS_JOBRUNNER_H
 
+#include "convert/conversionoutcome.h"
+
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -11,6 +13,8 @@ struct JobOutcome {
     int finishedCount = 0;
     int abortedCount = 0;
     bool timedOut = false;
+    // What the job recorded about itself, read as its last signal arrived.
+    ConversionOutcome recorded;
 
     bool finished() const { return finishedCount == 1 && abortedCount == 0 && !timedOut; }
     bool aborted() const { return abortedCount == 1 && finishedCount == 0 && !timedOut; }

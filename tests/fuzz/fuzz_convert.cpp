@@ -7,7 +7,7 @@
 // aborts without progress; anything else finishes after the progress values
 // 1 to 17 with a complete PDF; and the input file is left as it was.
 
-#include "convert.h"
+#include "convert/convert.h"
 
 #include <QByteArray>
 #include <QDir>

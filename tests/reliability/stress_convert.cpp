@@ -8,7 +8,8 @@
 #include "jobrunner.h"
 #include "stressfiles.h"
 
-#include "convert.h"
+#include "convert/convert.h"
+#include "convert/runonpool.h"
 
 #include <QElapsedTimer>
 #include <QEventLoop>
@@ -86,14 +87,16 @@ int convertAll(const QStringList& files) {
     QEventLoop loop;
     for (const QString& file : files) {
         auto* job = new convert(nullptr);
-        QObject::connect(job, &convert::finished, &loop, [&] { ++finished; });
-        QObject::connect(job, &convert::finished, job, &QObject::deleteLater);
-        QObject::connect(job, &convert::aborted, job, &QObject::deleteLater);
         QObject::connect(job, &QObject::destroyed, &loop, [&] {
             if (++destroyed == files.size())
                 loop.quit();
         });
-        QtConcurrent::run(QThreadPool::globalInstance(), job, &convert::readJsonFile, file, file);
+        JobHandlers handlers;
+        handlers.outcomeReceiver = &loop;
+        handlers.ended = [&finished](bool converted, const ConversionOutcome&) {
+            finished += converted ? 1 : 0;
+        };
+        runOnPool(job, file, handlers);
     }
     loop.exec();
     QThreadPool::globalInstance()->waitForDone();

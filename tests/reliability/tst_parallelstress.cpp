@@ -8,7 +8,8 @@
 #include "reliability.h"
 #include "stressfiles.h"
 
-#include "convert.h"
+#include "convert/convert.h"
+#include "convert/runonpool.h"
 
 #include <QCryptographicHash>
 #include <QEventLoop>
@@ -69,18 +70,18 @@ void TestParallelStress::twoHundredJobsAtOnce() {
     for (int i = 0; i < fileCount; ++i) {
         // As the window starts a row: the outcome first, then deleteLater.
         auto* job = new convert(nullptr);
-        QObject::connect(job, &convert::newPbarValue, &loop,
-                         [&progress, i](int value) { progress[i].append(value); });
-        QObject::connect(job, &convert::finished, &loop, [&] { ++finished; });
-        QObject::connect(job, &convert::aborted, &loop, [&] { ++aborted; });
-        QObject::connect(job, &convert::finished, job, &QObject::deleteLater);
-        QObject::connect(job, &convert::aborted, job, &QObject::deleteLater);
         QObject::connect(job, &QObject::destroyed, &loop, [&] {
             if (++destroyed == fileCount)
                 loop.quit();
         });
-        QtConcurrent::run(QThreadPool::globalInstance(), job, &convert::readJsonFile, files[i],
-                          files[i]);
+        JobHandlers handlers;
+        handlers.progressReceiver = &loop;
+        handlers.progress = [&progress, i](int value) { progress[i].append(value); };
+        handlers.outcomeReceiver = &loop;
+        handlers.ended = [&](bool converted, const ConversionOutcome&) {
+            ++(converted ? finished : aborted);
+        };
+        runOnPool(job, files[i], handlers);
     }
     QTimer::singleShot(600000, &loop, &QEventLoop::quit);
     loop.exec();

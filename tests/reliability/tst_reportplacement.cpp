@@ -4,7 +4,7 @@
 // and jobs that cannot get a thread or memory. Each case runs brevio-convert
 // as a user would and checks the files afterwards, byte for byte.
 
-#include "filenamecodec.h"
+#include "files/filenamecodec.h"
 #include "jobrunner.h"
 #include "pdfreport.h"
 #include "reliability.h"

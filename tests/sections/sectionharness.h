@@ -1,7 +1,7 @@
 #ifndef BREVIO_TESTS_SECTIONHARNESS_H
 #define BREVIO_TESTS_SECTIONHARNESS_H
 
-#include "convert.h"
+#include "convert/convert.h"
 #include "jobrunner.h"
 #include "pdfreport.h"
 

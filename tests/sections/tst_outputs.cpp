@@ -1,5 +1,5 @@
+#include "convert/unitname.h"
 #include "sectionharness.h"
-#include "unitname.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

@@ -1,6 +1,6 @@
 #include "windowtest.h"
 
-#include "convert.h"
+#include "convert/convert.h"
 
 #include <QAbstractButton>
 #include <QApplication>

@@ -1,4 +1,4 @@
-#include "filepaths.h"
+#include "files/filepaths.h"
 
 #include <QDir>
 #include <QFile>
@@ -25,6 +25,12 @@ QString reportFor(const QString& jsonPath) {
     if (!report.endsWith(QLatin1String(".pdf")))
         report.replace(QLatin1String(".json"), QLatin1String(".pdf"));
     return report;
+}
+
+QString configurationFor(const QString& reportPath) {
+    QString configuration = reportPath;
+    configuration.replace(QLatin1String(".pdf"), QLatin1String(".json"));
+    return configuration;
 }
 
 QString folderOf(const QString& path) {

@@ -1,4 +1,4 @@
-#include "filenamecodec.h"
+#include "files/filenamecodec.h"
 
 namespace {
 

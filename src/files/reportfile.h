@@ -19,12 +19,22 @@ public:
     ReportFile(const ReportFile&) = delete;
     ReportFile& operator=(const ReportFile&) = delete;
 
+    enum class Failure { None, NoFolder, Incomplete, NotSaved };
+
     // False when no folder could be created next to the report (no write
     // permission, no such folder): the report cannot be written.
     bool isOpen() const;
     // Where the printer is to write; its name is the report's own.
     QString temporaryPath() const;
     bool commit();
+
+    // Why the folder could not be made or commit() failed, and the system's
+    // words for it where it has any.
+    Failure failure() const;
+    QString errorString() const;
+    // True when a regular file stands at the report's name, which after a
+    // failure is the older report, untouched.
+    bool reportNameHoldsFile() const;
 
     // True for a file that starts with a PDF header and ends with the
     // trailer's end-of-file marker; a write cut short lacks the latter.
@@ -34,6 +44,10 @@ private:
     QByteArray reportName;
     QByteArray folder;
     QByteArray file;
+    Failure failed = Failure::None;
+    QString error;
+
+    bool fail(Failure why, int errorNumber = 0);
 };
 
 #endif

@@ -1,4 +1,4 @@
-#include "regularfile.h"
+#include "files/regularfile.h"
 
 #include <cerrno>
 #include <cstring>

@@ -19,6 +19,11 @@ QString absolute(const QString& path, const QString& base);
 // replaced by ".pdf", unless the name already ends in ".pdf".
 QString reportFor(const QString& jsonPath);
 
+// The configuration a report is made from, the other way round: every
+// ".pdf" replaced by ".json", in folder names too, so that a report renamed
+// in the window names the configuration it is to be made from.
+QString configurationFor(const QString& reportPath);
+
 // The folder part of path: everything before its last "/".
 QString folderOf(const QString& path);
 

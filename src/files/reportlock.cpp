@@ -1,4 +1,4 @@
-#include "reportlock.h"
+#include "files/reportlock.h"
 
 #include <QMutex>
 #include <QSet>

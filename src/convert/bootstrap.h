@@ -1,0 +1,28 @@
+#ifndef BREVIO_BOOTSTRAP_H
+#define BREVIO_BOOTSTRAP_H
+
+#include <QString>
+
+// The start-up both programs share, so that the window and brevio-convert
+// draw the same reports from the same file names and speak of themselves
+// the same way.
+namespace bootstrap {
+
+constexpr int exitUsage = 2;
+
+// Call right after the application object exists and before the arguments
+// are read: names the program and its version, installs the file-name codec
+// that keeps names that are not UTF-8 byte for byte, and makes the bundled
+// report font the default, so that every job draws in it.
+void initApplication(const QString& programName);
+
+// "PROGRAM VERSION" on standard output, for --version.
+void printVersion(const QString& programName);
+
+// "PROGRAM: message", a blank line and the help text on standard error;
+// returns the exit status of a usage error.
+int usageError(const QString& programName, const QString& message, const QString& helpText);
+
+} // namespace bootstrap
+
+#endif
