@@ -95,28 +95,28 @@ void convert::printPdf(QString pdfPath) {
     painter.setFont(bodyFont);
 
     const QImage& logo = reportLogo();
-    const int logoWidth = 4 * logo.width();
-    const int logoHeight = 4 * logo.height();
+    const int logoWidth = logoScale * logo.width();
+    const int logoHeight = logoScale * logo.height();
     painter.drawImage(QRectF(marginLeft, pageTop, logoWidth, logoHeight), logo);
 
     reportCursor = pageTop;
-    const int titleLeft = 9424 - logoWidth;
+    const int titleLeft = titleRight - logoWidth;
     painter.drawText(QRect(titleLeft, pageTop, logoWidth, logoHeight), wrapFlags,
                      tr("Quandel Protokoll vom:\n") + mainValues.value(1).toString());
     painter.setFont(pathFont);
-    painter.drawText(QRect(titleLeft, 950, logoWidth, logoHeight), wrapFlags, sourcePath);
+    painter.drawText(QRect(titleLeft, pathTop, logoWidth, logoHeight), wrapFlags, sourcePath);
     emit newPbarValue(9);
 
-    reportCursor += logoHeight + 740;
+    reportCursor += logoHeight + logoGap;
     painter.setFont(headingFont);
-    painter.drawText(QRect(marginLeft, reportCursor, fullWidth, 280), lineFlags,
+    painter.drawText(QRect(marginLeft, reportCursor, fullWidth, headingLineHeight), lineFlags,
                      tr("Allgemeine Einstellungen:"));
     advanceLine(printer);
     painter.setFont(bodyFont);
 
     if (mainValues.size() >= 8) {
         const int c = reportCursor;
-        const QRect generalRight(rightColumnLeft, c, 4962, lineHeight);
+        const QRect generalRight(rightColumnLeft, c, generalRightWidth, lineHeight);
         painter.drawText(leftColumn(c), lineFlags, tr("Name: ") + mainValues[0].toString());
         painter.drawText(leftColumn(c + lineStep), lineFlags,
                          tr("Ort: ") + mainValues[2].toString());
@@ -131,7 +131,7 @@ void convert::printPdf(QString pdfPath) {
         painter.drawText(generalRight.translated(0, lineStep), lineFlags,
                          tr("Höhe [m]: ") + mainValues[3].toString());
     }
-    reportCursor += 1810;
+    reportCursor += generalBlockHeight;
 
     emit newPbarValue(10);
     printOutput(painter, printer);
