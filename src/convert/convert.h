@@ -41,10 +41,13 @@ public:
     void readService(const QJsonObject& service);
 
     void printPdf(QString pdfPath);
+    void printGeneral(QPainter& painter, QPrinter& printer);
     void printOutput(QPainter& painter, QPrinter& printer);
     void printDisplay(QPainter& painter, QPrinter& printer);
     void printTlf(QPainter& painter, QPrinter& printer);
     void printRelais(QPainter& painter, QPrinter& printer);
+    void printModbus(QPainter& painter, QPrinter& printer);
+    void printService(QPainter& painter, QPrinter& printer);
 
     bool newPage(int& y);
 

@@ -12,7 +12,6 @@
 #include <QPainter>
 #include <QPrinter>
 #include <QRectF>
-#include <QStringList>
 
 using namespace reportLayout;
 
@@ -36,10 +35,28 @@ const QImage& reportLogo() {
     return logo;
 }
 
-// The text before the first capital "T" of a date-time such as
-// 2020-03-17T10:15:00.
-QString datePart(const QVariant& value) {
-    return value.toString().split(QLatin1Char('T')).first();
+// QPrinter's constructor loads the print support plugin the first time
+// without a lock, so two jobs creating their first printers at once both
+// load it and one copy is lost. A function-local static is initialised
+// exactly once, under the compiler's guard, before any job goes on.
+void loadPrintSupportOnce() {
+    static const bool printSupportLoaded = [] {
+        QPrinter first(QPrinter::HighResolution);
+        return true;
+    }();
+    Q_UNUSED(printSupportLoaded)
+}
+
+void setUpPrinter(QPrinter& printer, const QString& plantName, const QString& sourcePath) {
+    printer.setOutputFormat(QPrinter::PdfFormat);
+    // Without an explicit page the size follows the machine's default
+    // printer; the layout is made for A4 portrait.
+    printer.setPageSize(QPageSize(QPageSize::A4));
+    printer.setPageOrientation(QPageLayout::Portrait);
+    // Document information: the plant's name, or the file's when the
+    // configuration has none, and the program that wrote the report.
+    printer.setDocName(plantName.isEmpty() ? QFileInfo(sourcePath).fileName() : plantName);
+    printer.setCreator(QStringLiteral("Brevio " BREVIO_VERSION));
 }
 
 } // namespace
@@ -50,27 +67,9 @@ void convert::advanceLine(QPrinter& printer) {
 }
 
 void convert::printPdf(QString pdfPath) {
-    // QPrinter's constructor loads the print support plugin the first time
-    // without a lock, so two jobs creating their first printers at once both
-    // load it and one copy is lost. A function-local static is initialised
-    // exactly once, under the compiler's guard, before any job goes on.
-    static const bool printSupportLoaded = [] {
-        QPrinter first(QPrinter::HighResolution);
-        return true;
-    }();
-    Q_UNUSED(printSupportLoaded)
-
+    loadPrintSupportOnce();
     QPrinter printer(QPrinter::HighResolution);
-    printer.setOutputFormat(QPrinter::PdfFormat);
-    // Without an explicit page the size follows the machine's default
-    // printer; the layout is made for A4 portrait.
-    printer.setPageSize(QPageSize(QPageSize::A4));
-    printer.setPageOrientation(QPageLayout::Portrait);
-    // Document information: the plant's name, or the file's when the
-    // configuration has none, and the program that wrote the report.
-    const QString plantName = mainValues.value(0).toString();
-    printer.setDocName(plantName.isEmpty() ? QFileInfo(sourcePath).fileName() : plantName);
-    printer.setCreator(QStringLiteral("Brevio " BREVIO_VERSION));
+    setUpPrinter(printer, mainValues.value(0).toString(), sourcePath);
 
     pdfPath = filePaths::reportFor(pdfPath);
     // Jobs of this process take turns at one report, and each draws into a
@@ -96,28 +95,46 @@ void convert::printPdf(QString pdfPath) {
     painter.setFont(bodyFont);
 
     const QImage& logo = reportLogo();
-    const int logoWidth = 4 * logo.width();
-    const int logoHeight = 4 * logo.height();
+    const int logoWidth = logoScale * logo.width();
+    const int logoHeight = logoScale * logo.height();
     painter.drawImage(QRectF(marginLeft, pageTop, logoWidth, logoHeight), logo);
-
-    reportCursor = pageTop;
-    const int titleLeft = 9424 - logoWidth;
+    const int titleLeft = titleRight - logoWidth;
     painter.drawText(QRect(titleLeft, pageTop, logoWidth, logoHeight), wrapFlags,
                      tr("Quandel Protokoll vom:\n") + mainValues.value(1).toString());
     painter.setFont(pathFont);
-    painter.drawText(QRect(titleLeft, 950, logoWidth, logoHeight), wrapFlags, sourcePath);
+    painter.drawText(QRect(titleLeft, pathTop, logoWidth, logoHeight), wrapFlags, sourcePath);
     emit newPbarValue(9);
 
-    reportCursor += logoHeight + 740;
+    reportCursor = pageTop + logoHeight + logoGap;
+    printGeneral(painter, printer);
+    emit newPbarValue(10);
+    printOutput(painter, printer);
+    emit newPbarValue(11);
+    printDisplay(painter, printer);
+    emit newPbarValue(12);
+    printTlf(painter, printer);
+    emit newPbarValue(13);
+    printRelais(painter, printer);
+    emit newPbarValue(14);
+    emit newPbarValue(15);
+    printModbus(painter, printer);
+    emit newPbarValue(16);
+    printService(painter, printer);
+    emit newPbarValue(17);
+    painter.end();
+    recordReport(output, output.commit());
+}
+
+void convert::printGeneral(QPainter& painter, QPrinter& printer) {
     painter.setFont(headingFont);
-    painter.drawText(QRect(marginLeft, reportCursor, fullWidth, 280), lineFlags,
+    painter.drawText(QRect(marginLeft, reportCursor, fullWidth, headingLineHeight), lineFlags,
                      tr("Allgemeine Einstellungen:"));
     advanceLine(printer);
     painter.setFont(bodyFont);
 
     if (mainValues.size() >= 8) {
         const int c = reportCursor;
-        const QRect generalRight(rightColumnLeft, c, 4962, lineHeight);
+        const QRect generalRight(rightColumnLeft, c, generalRightWidth, lineHeight);
         painter.drawText(leftColumn(c), lineFlags, tr("Name: ") + mainValues[0].toString());
         painter.drawText(leftColumn(c + lineStep), lineFlags,
                          tr("Ort: ") + mainValues[2].toString());
@@ -132,53 +149,7 @@ void convert::printPdf(QString pdfPath) {
         painter.drawText(generalRight.translated(0, lineStep), lineFlags,
                          tr("Höhe [m]: ") + mainValues[3].toString());
     }
-    reportCursor += 1810;
-
-    emit newPbarValue(10);
-    printOutput(painter, printer);
-    emit newPbarValue(11);
-    printDisplay(painter, printer);
-    emit newPbarValue(12);
-    printTlf(painter, printer);
-    emit newPbarValue(13);
-    printRelais(painter, printer);
-    emit newPbarValue(14);
-    emit newPbarValue(15);
-
-    // Modbus: the relay section leaves the cursor on the heading's line.
-    painter.setFont(headingFont);
-    painter.drawText(fullLine(reportCursor), lineFlags, tr("Modbus"));
-    painter.setFont(bodyFont);
-    if (modbusValues.size() >= 5) {
-        const QString labels[] = {tr("Offset: "), tr("Baudrate: "), tr("Adresse: "),
-                                  tr("Übertragungsart: "), tr("Parität: ")};
-        for (int i = 0; i < 5; ++i) {
-            advanceLine(printer);
-            painter.drawText(leftColumn(reportCursor), lineFlags,
-                             labels[i] + modbusValues[i].toString());
-        }
-    }
-    emit newPbarValue(16);
-
-    advanceLine(printer);
-    advanceLine(printer);
-    painter.setFont(headingFont);
-    painter.drawText(fullLine(reportCursor), lineFlags, tr("Service: "));
-    painter.setFont(bodyFont);
-    if (serviceValues.size() >= 4) {
-        const QString lines[] = {tr("Letzter Service: ") + datePart(serviceValues[0]),
-                                 tr("Nächster Service: ") + serviceValues[1].toString() +
-                                     QLatin1Char(' ') + tr("Tage"),
-                                 tr("Letzte Kalibrierung: ") + datePart(serviceValues[2]),
-                                 tr("Nächste  Kalibirierung: ") + serviceValues[3].toString() +
-                                     QLatin1Char(' ') + tr("Tage")};
-        for (const QString& line : lines) {
-            advanceLine(printer);
-            painter.drawText(leftColumn(reportCursor), lineFlags, line);
-        }
-    }
-
-    emit newPbarValue(17);
-    painter.end();
-    recordReport(output, output.commit());
+    // The block takes the same room whether or not the configuration had
+    // enough entries to draw its rows.
+    reportCursor += generalBlockHeight;
 }
