@@ -3,6 +3,7 @@
 
 #include <QCryptographicHash>
 #include <QDir>
+#include <QFileInfo>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
@@ -66,6 +67,8 @@ private slots:
     void usageErrors();
     void helpAndVersion();
     void manyFilesWithSeveralJobs();
+    void eachFileOpenedOnce_data();
+    void eachFileOpenedOnce();
 };
 
 void TestBrevioConvert::convertsWithoutDisplay() {
@@ -242,6 +245,57 @@ void TestBrevioConvert::manyFilesWithSeveralJobs() {
         QVERIFY2(!report.line(0, QStringLiteral("Name: Anlage %1").arg(i)).isNull(),
                  qPrintable(expected[i]));
     }
+}
+
+void TestBrevioConvert::eachFileOpenedOnce_data() {
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("warning");
+    QTest::newRow("typical") << typicalConfiguration().toUtf8() << QString();
+    QTest::newRow("not JSON") << QByteArray("{\"configuration\": {") << "not valid JSON";
+    QTest::newRow("undrawable") << QByteArray("{\"configuration\":{\"name\":\"\xf4\x8f\xbf\xbd\"}}")
+                                << "1 character cannot be drawn: U+10FFFD";
+}
+
+// Everything brevio-convert says about a file comes from the job's one
+// reading of it: the configuration is opened once, even when there are
+// warnings to give, and the report is written once and read back once
+// before it takes its name, which is never opened.
+void TestBrevioConvert::eachFileOpenedOnce() {
+    QFETCH(QByteArray, content);
+    QFETCH(QString, warning);
+    QTemporaryDir dir;
+    const QString path = writeFile(dir.path(), QStringLiteral("anlage.json"), content);
+    const QString trace = dir.filePath(QStringLiteral("trace"));
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.remove(QStringLiteral("DISPLAY"));
+    process.setProcessEnvironment(environment);
+    process.start(QStringLiteral("strace"),
+                  {QStringLiteral("-f"), QStringLiteral("-qq"), QStringLiteral("-e"),
+                   QStringLiteral("trace=open,openat,openat2,creat"), QStringLiteral("-o"), trace,
+                   QStringLiteral(BREVIO_CONVERT_BINARY), path});
+    QVERIFY2(process.waitForFinished(120000), "strace did not end");
+    QCOMPARE(process.exitCode(), 0);
+    const QString err = QString::fromLocal8Bit(process.readAllStandardError());
+    QCOMPARE(err.contains(warning), true);
+
+    QFile log(trace);
+    QVERIFY(log.open(QIODevice::ReadOnly));
+    int configurationOpens = 0;
+    int temporaryOpens = 0;
+    int reportOpens = 0;
+    const QByteArray quotedConfiguration = '"' + QFile::encodeName(path) + '"';
+    const QByteArray quotedReport = '"' + QFile::encodeName(reportPathFor(path)) + '"';
+    const QByteArray temporary = QFile::encodeName(dir.path()) + "/.brevio-";
+    for (const QByteArray& line : log.readAll().split('\n')) {
+        configurationOpens += line.contains(quotedConfiguration) ? 1 : 0;
+        reportOpens += line.contains(quotedReport) ? 1 : 0;
+        temporaryOpens += line.contains(temporary) && line.contains("/anlage.pdf\"") ? 1 : 0;
+    }
+    QCOMPARE(configurationOpens, 1);
+    QCOMPARE(temporaryOpens, 2);
+    QCOMPARE(reportOpens, 0);
+    QVERIFY(QFileInfo(reportPathFor(path)).isFile());
 }
 
 QTEST_MAIN(TestBrevioConvert)

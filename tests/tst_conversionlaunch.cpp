@@ -14,6 +14,7 @@
 #include <QJsonObject>
 #include <QLabel>
 #include <QListWidget>
+#include <QLoggingCategory>
 #include <QPointer>
 #include <QProgressBar>
 #include <QSignalSpy>
@@ -113,6 +114,8 @@ private slots:
     void failingInputs_data();
     void failingInputs();
     void unwritableReport();
+    void failureIsLoggedOnlyWhenAsked_data();
+    void failureIsLoggedOnlyWhenAsked();
     void rowRemovedWhileConverting();
     void rowsSharingAReportTakeTurns();
     void jobsGoWhenTheApplicationQuits();
@@ -407,6 +410,50 @@ void TestConversionLaunch::failingInputs() {
         QCOMPARE(row->pBar->value(), 0);
         QVERIFY(!QFileInfo::exists(path(QStringLiteral("a.pdf"))));
     }
+}
+
+namespace {
+QStringList jobLog;
+void captureJobLog(QtMsgType, const QMessageLogContext& context, const QString& message) {
+    if (qstrcmp(context.category, "brevio.job") == 0)
+        jobLog.append(message);
+}
+} // namespace
+
+void TestConversionLaunch::failureIsLoggedOnlyWhenAsked_data() {
+    QTest::addColumn<QString>("rules");
+    QTest::addColumn<QString>("content");
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("default, empty file") << QString() << QString() << QString();
+    QTest::newRow("asked, empty file")
+        << "brevio.job.debug=true" << QString() << "Not converted: \"%1\" EmptyFile";
+    QTest::newRow("asked, converted") << "brevio.job.debug=true"
+                                      << "{}" << QString();
+}
+
+// The window shows nothing when a job fails, and its default log stays as
+// quiet as ever; asked for, the job log says why.
+void TestConversionLaunch::failureIsLoggedOnlyWhenAsked() {
+    QFETCH(QString, rules);
+    QFETCH(QString, content);
+    QFETCH(QString, expected);
+    const QString json = write(QStringLiteral("a.json"), content.toUtf8());
+    QLoggingCategory::setFilterRules(rules);
+    jobLog.clear();
+    const QtMessageHandler previous = qInstallMessageHandler(captureJobLog);
+    MainWindow window;
+    showWindow(window);
+    ModalAnswerer unexpected;
+    window.addListWidgetItem(json);
+    JobWatch jobs;
+    pointAndClick(convertAllButton(window));
+    QCOMPARE(jobs.collect(), 1);
+    QVERIFY(settle(jobs));
+    qInstallMessageHandler(previous);
+    QLoggingCategory::setFilterRules(QString());
+    QCOMPARE(unexpected.count(), 0);
+    QCOMPARE(jobLog, expected.isEmpty() ? QStringList() : QStringList{expected.arg(json)});
+    QCOMPARE(rowAt(window, 0)->pBar->value(), content.isEmpty() ? 0 : 17);
 }
 
 void TestConversionLaunch::unwritableReport() {

@@ -9,10 +9,13 @@
 #include <QFile>
 #include <QJsonDocument>
 #include <QMutex>
+#include <QPointer>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QThread>
 #include <QThreadPool>
+#include <QTimer>
 #include <QtConcurrent>
 
 #include <sys/stat.h>
@@ -36,6 +39,9 @@ QList<int> oneToSeventeen() {
 
 } // namespace
 
+using Reason = ConversionOutcome::Reason;
+Q_DECLARE_METATYPE(Reason)
+
 class TestConvertJob : public QObject {
     Q_OBJECT
 
@@ -58,6 +64,9 @@ private slots:
     void secondFileReplacesRecord();
     void twoJobsAtOnce();
     void reportCannotBeCreated();
+    void undrawableCharactersRecorded();
+    void runOnPoolOrder();
+    void runOnPoolReceiverGone();
 };
 
 void TestConvertJob::signalsInOrder() {
@@ -80,25 +89,38 @@ void TestConvertJob::refusedFiles_data() {
     // kind: "file" writes content, "none" leaves the path missing, "dir" and
     // "fifo" create those instead, "unreadable" removes every permission.
     QTest::addColumn<QString>("kind");
+    // What the job records about itself: the reason and the system's words.
+    QTest::addColumn<Reason>("reason");
+    QTest::addColumn<QString>("detail");
 
     const QByteArray valid = "{\"configuration\":{\"name\":\"x\"}}";
-    QTest::newRow("ending .Json") << "config.Json" << valid << "file";
-    QTest::newRow("ending .JSON") << "config.JSON" << valid << "file";
-    QTest::newRow("ending .json.bak") << "config.json.bak" << valid << "file";
-    QTest::newRow("missing file") << "missing.json" << QByteArray() << "none";
-    QTest::newRow("zero bytes") << "empty.json" << QByteArray() << "file";
-    QTest::newRow("directory named .json") << "folder.json" << QByteArray() << "dir";
-    QTest::newRow("fifo named .json") << "pipe.json" << QByteArray() << "fifo";
+    QTest::newRow("ending .Json") << "config.Json" << valid << "file" << Reason::NotJsonName
+                                  << QString();
+    QTest::newRow("ending .JSON") << "config.JSON" << valid << "file" << Reason::NotJsonName
+                                  << QString();
+    QTest::newRow("ending .json.bak")
+        << "config.json.bak" << valid << "file" << Reason::NotJsonName << QString();
+    QTest::newRow("missing file") << "missing.json" << QByteArray() << "none" << Reason::CannotOpen
+                                  << "No such file or directory";
+    QTest::newRow("zero bytes") << "empty.json" << QByteArray() << "file" << Reason::EmptyFile
+                                << QString();
+    QTest::newRow("directory named .json")
+        << "folder.json" << QByteArray() << "dir" << Reason::CannotOpen << "it is a directory";
+    QTest::newRow("fifo named .json")
+        << "pipe.json" << QByteArray() << "fifo" << Reason::CannotOpen << "not a regular file";
     // Root reads every file whatever its permissions, so the case only exists
     // for an ordinary user.
     if (geteuid() != 0)
-        QTest::newRow("no read permission") << "locked.json" << valid << "unreadable";
+        QTest::newRow("no read permission")
+            << "locked.json" << valid << "unreadable" << Reason::CannotOpen << "Permission denied";
 }
 
 void TestConvertJob::refusedFiles() {
     QFETCH(QString, name);
     QFETCH(QByteArray, content);
     QFETCH(QString, kind);
+    QFETCH(Reason, reason);
+    QFETCH(QString, detail);
 
     QTemporaryDir dir;
     QVERIFY(dir.isValid());
@@ -117,28 +139,48 @@ void TestConvertJob::refusedFiles() {
     QVERIFY2(!outcome.timedOut, "the job did not end");
     QVERIFY(outcome.aborted());
     QVERIFY(outcome.progress.isEmpty());
+    QCOMPARE(outcome.recorded.reason, reason);
+    QCOMPARE(outcome.recorded.detail, detail);
+    QVERIFY(!outcome.recorded.converted());
     // No report, nor anything else, appears next to the file.
     QCOMPARE(QDir(dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), before);
 }
 
 void TestConvertJob::reportWithEmptyValues_data() {
     QTest::addColumn<QByteArray>("content");
-    QTest::newRow("empty object") << QByteArray("{}");
-    QTest::newRow("array top level") << QByteArray("[1,2]");
-    QTest::newRow("plain text") << QByteArray("Dies ist keine Konfiguration.\n");
-    QTest::newRow("truncated json") << QByteArray("{\"configuration\": {\"name\": \"Halle");
-    QTest::newRow("configuration not an object") << QByteArray("{\"configuration\": 42}");
-    QTest::newRow("single blank") << QByteArray(" ");
+    // The warnings the job records from its own parse: the parser's error
+    // and offset, or a valid document that is not an object.
+    QTest::addColumn<QString>("jsonError");
+    QTest::addColumn<int>("offset");
+    QTest::addColumn<bool>("notObject");
+    QTest::newRow("empty object") << QByteArray("{}") << QString() << 0 << false;
+    QTest::newRow("array top level") << QByteArray("[1,2]") << QString() << 0 << true;
+    QTest::newRow("plain text") << QByteArray("Dies ist keine Konfiguration.\n") << "illegal value"
+                                << 1 << false;
+    QTest::newRow("truncated json") << QByteArray("{\"configuration\": {\"name\": \"Halle")
+                                    << "unterminated string" << 34 << false;
+    QTest::newRow("configuration not an object")
+        << QByteArray("{\"configuration\": 42}") << QString() << 0 << false;
+    QTest::newRow("single blank") << QByteArray(" ") << "illegal value" << 1 << false;
 }
 
 void TestConvertJob::reportWithEmptyValues() {
     QFETCH(QByteArray, content);
+    QFETCH(QString, jsonError);
+    QFETCH(int, offset);
+    QFETCH(bool, notObject);
     QTemporaryDir dir;
     const QString path = writeFile(dir.path(), QStringLiteral("anlage.json"), content);
 
     const JobOutcome outcome = runJob(path);
     QVERIFY(outcome.finished());
     QCOMPARE(outcome.progress, oneToSeventeen());
+    QCOMPARE(outcome.recorded.reason, Reason::Converted);
+    QCOMPARE(outcome.recorded.jsonInvalid, !jsonError.isEmpty());
+    QCOMPARE(outcome.recorded.jsonError, jsonError);
+    QCOMPARE(outcome.recorded.jsonErrorOffset, offset);
+    QCOMPARE(outcome.recorded.topLevelNotObject, notObject);
+    QVERIFY(outcome.recorded.undrawable.isEmpty());
 
     PdfReport report(dir.filePath(QStringLiteral("anlage.pdf")));
     QVERIFY(report.isValid());
@@ -357,6 +399,93 @@ void TestConvertJob::reportCannotBeCreated() {
     QCOMPARE(outcome.progress, oneToSeventeen());
     QCOMPARE(capturedMessages, QStringList());
     QVERIFY(QFileInfo(dir.filePath(QStringLiteral("blocked.pdf"))).isDir());
+    // The job knows it did not write the report, and why.
+    QCOMPARE(outcome.recorded.reason, Reason::CommitFailed);
+    QCOMPARE(outcome.recorded.detail, QStringLiteral("Is a directory"));
+    QVERIFY(!outcome.recorded.olderReportKept);
+    QCOMPARE(folderEntries(dir.path()),
+             (QStringList{QStringLiteral("blocked.json"), QStringLiteral("blocked.pdf")}));
+}
+
+// Characters of the file that no font can draw are named, and the report is
+// written all the same; characters of the path under the title count too.
+void TestConvertJob::undrawableCharactersRecorded() {
+    QTemporaryDir dir;
+    QVERIFY(QDir(dir.path()).mkdir(QStringLiteral("Halle \U0010FFFE")));
+    const QString path =
+        writeFile(dir.filePath(QStringLiteral("Halle \U0010FFFE")), QStringLiteral("anlage.json"),
+                  "{\"configuration\":{\"name\":\"Kessel \xf4\x8f\xbf\xbd\",\"location\":\"Ort "
+                  "\xf4\x8f\xbf\xbd\","
+                  "\"unused\":\"\xf3\xb0\x80\x80\"}}");
+    const JobOutcome outcome = runJob(path);
+    QVERIFY(outcome.finished());
+    QCOMPARE(outcome.recorded.reason, Reason::Converted);
+    // In order of appearance, each once: the path first, then the name; a
+    // member the report never reads does not count.
+    QCOMPARE(outcome.recorded.undrawable, (QVector<uint>{0x10FFFE, 0x10FFFD}));
+    QVERIFY(QFileInfo(reportPathFor(path)).isFile());
+}
+
+// Every job is started the same way: the started hook on the pool thread
+// before any progress, the outcome while the job still exists, and the job
+// gone once the outcome has been handled.
+void TestConvertJob::runOnPoolOrder() {
+    QTemporaryDir dir;
+    const QString path = writeFile(dir.path(), QStringLiteral("anlage.json"), "{}");
+    QList<QString> events;
+    QMutex eventsLock;
+    QThread* startedOn = nullptr;
+    auto* job = new convert;
+    QPointer<convert> alive(job);
+    QEventLoop loop;
+    JobHandlers handlers;
+    handlers.started = [&] {
+        QMutexLocker lock(&eventsLock);
+        startedOn = QThread::currentThread();
+        events << QStringLiteral("started");
+    };
+    handlers.progressReceiver = &loop;
+    handlers.progress = [&](int value) {
+        QMutexLocker lock(&eventsLock);
+        if (value == 1 || value == 17)
+            events << QString::number(value);
+    };
+    handlers.outcomeReceiver = &loop;
+    handlers.ended = [&](bool converted, const ConversionOutcome& outcome) {
+        QVERIFY(!alive.isNull());
+        events << (converted ? QStringLiteral("finished") : QStringLiteral("aborted"));
+        QCOMPARE(outcome.reason, Reason::Converted);
+        loop.quit();
+    };
+    QTimer::singleShot(60000, &loop, &QEventLoop::quit);
+    runOnPool(job, path, handlers);
+    loop.exec();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QCOMPARE(events, (QList<QString>{QStringLiteral("started"), QStringLiteral("1"),
+                                     QStringLiteral("17"), QStringLiteral("finished")}));
+    QVERIFY(startedOn != nullptr);
+    QVERIFY(startedOn != QThread::currentThread());
+    QVERIFY(alive.isNull());
+}
+
+// A receiver that is gone hears nothing, and the job still deletes itself.
+void TestConvertJob::runOnPoolReceiverGone() {
+    QTemporaryDir dir;
+    const QString path = writeFile(dir.path(), QStringLiteral("anlage.json"), "{}");
+    auto* job = new convert;
+    QPointer<convert> alive(job);
+    int calls = 0;
+    {
+        QObject receiver;
+        JobHandlers handlers;
+        handlers.progressReceiver = &receiver;
+        handlers.progress = [&calls](int) { ++calls; };
+        handlers.outcomeReceiver = &receiver;
+        handlers.ended = [&calls](bool, const ConversionOutcome&) { ++calls; };
+        runOnPool(job, path, handlers);
+    }
+    QTRY_VERIFY_WITH_TIMEOUT(alive.isNull(), 60000);
+    QCOMPARE(calls, 0);
 }
 
 QTEST_MAIN(TestConvertJob)

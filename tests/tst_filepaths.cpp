@@ -23,6 +23,8 @@ private slots:
     void absoluteStartsAtTheWorkingDirectory();
     void reportFor_data();
     void reportFor();
+    void configurationFor_data();
+    void configurationFor();
     void folderOf_data();
     void folderOf();
     void reportKeyIsOneForEverySpelling();
@@ -87,6 +89,38 @@ void TestFilePaths::reportFor() {
     QFETCH(QString, json);
     QFETCH(QString, report);
     QCOMPARE(filePaths::reportFor(json), report);
+}
+
+// The way back from a row's report name to the configuration it is made
+// from: every ".pdf" becomes ".json", in folder names too, and case counts.
+void TestFilePaths::configurationFor_data() {
+    QTest::addColumn<QString>("report");
+    QTest::addColumn<QString>("configuration");
+    QTest::newRow("plain") << "/data/anlage.pdf"
+                           << "/data/anlage.json";
+    QTest::newRow("pdf in a folder name") << "/data/x.pdf.d/anlage.pdf"
+                                          << "/data/x.json.d/anlage.json";
+    QTest::newRow("renamed row") << "/data/neu.pdf"
+                                 << "/data/neu.json";
+    QTest::newRow("upper case kept") << "/data/ANLAGE.PDF"
+                                     << "/data/ANLAGE.PDF";
+    QTest::newRow("no ending") << "/data/anlage"
+                               << "/data/anlage";
+    QTest::newRow("twice") << "/data/a.pdf.pdf"
+                           << "/data/a.json.json";
+    QTest::newRow("relative") << "a.pdf"
+                              << "a.json";
+}
+
+void TestFilePaths::configurationFor() {
+    QFETCH(QString, report);
+    QFETCH(QString, configuration);
+    QCOMPARE(filePaths::configurationFor(report), configuration);
+    // A report named by the rule leads back to the configuration it came
+    // from whenever the configuration's path holds no ".pdf" of its own.
+    if (configuration.endsWith(QLatin1String(".json")) &&
+        !configuration.contains(QLatin1String(".pdf")))
+        QCOMPARE(filePaths::configurationFor(filePaths::reportFor(configuration)), configuration);
 }
 
 void TestFilePaths::folderOf_data() {

@@ -43,19 +43,16 @@ QString ReportFile::temporaryPath() const {
 bool ReportFile::commit() {
     if (!isOpen())
         return false;
-    if (!isCompletePdf(temporaryPath()))
+    // One descriptor serves the check and the flush: the file is read back
+    // once, and what is flushed is what was checked.
+    QFile written;
+    if (!openRegularFile(written, temporaryPath()) || !isCompletePdf(written))
         return fail(Failure::Incomplete);
     // The data reaches the disk before the name does, so that a crash
     // leaves either the old report or the whole new one.
-    const int fd = ::open(file.constData(), O_RDONLY | O_CLOEXEC);
-    if (fd < 0)
+    if (::fdatasync(written.handle()) != 0)
         return fail(Failure::NotSaved, errno);
-    if (::fdatasync(fd) != 0) {
-        const int syncError = errno;
-        ::close(fd);
-        return fail(Failure::NotSaved, syncError);
-    }
-    ::close(fd);
+    written.close();
     if (std::rename(file.constData(), reportName.constData()) != 0)
         return fail(Failure::NotSaved, errno);
     return true;
@@ -82,8 +79,10 @@ bool ReportFile::fail(Failure why, int errorNumber) {
 
 bool ReportFile::isCompletePdf(const QString& path) {
     QFile report;
-    if (!openRegularFile(report, path))
-        return false;
+    return openRegularFile(report, path) && isCompletePdf(report);
+}
+
+bool ReportFile::isCompletePdf(QFile& report) {
     const QByteArray head = report.read(5);
     const qint64 size = report.size();
     if (!report.seek(qMax<qint64>(0, size - 1024)))

@@ -2,6 +2,7 @@
 #define BREVIO_REPORTFILE_H
 
 #include <QByteArray>
+#include <QFile>
 #include <QString>
 
 // The place a report is drawn into before it replaces the report's name.
@@ -39,6 +40,8 @@ public:
     // True for a file that starts with a PDF header and ends with the
     // trailer's end-of-file marker; a write cut short lacks the latter.
     static bool isCompletePdf(const QString& path);
+    // The same for a file open for reading, read from its start.
+    static bool isCompletePdf(QFile& report);
 
 private:
     QByteArray reportName;
