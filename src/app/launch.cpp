@@ -7,13 +7,20 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QDir>
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QIcon>
+#include <QLibraryInfo>
+#include <QLocale>
 #include <QSet>
 #include <QTimer>
+#include <QTranslator>
 
 #include <cstdio>
+#include <cstdlib>
+#include <unistd.h>
+#include <vector>
 
 namespace launch {
 
@@ -43,8 +50,13 @@ struct Parser {
     QCommandLineParser parser;
     QCommandLineOption help;
     QCommandLineOption version;
+    QCommandLineOption newWindow{
+        QStringLiteral("new-window"),
+        QStringLiteral("Open another window even when one is open; "
+                       "otherwise the files join the open window's list.")};
 
     Parser() : help(parser.addHelpOption()), version(parser.addVersionOption()) {
+        parser.addOption(newWindow);
         // Qt's own options have one dash and whole words; so must ours.
         parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
         parser.setApplicationDescription(QStringLiteral(
@@ -69,6 +81,31 @@ const QString& programName() {
 
 int usageError(const Parser& parser, const QString& message) {
     return bootstrap::usageError(programName(), message, helpText(parser));
+}
+
+const char noDisplayMessage[] = "brevio: no display; brevio-convert converts files without one\n";
+
+int noDisplay() {
+    std::fputs(noDisplayMessage, stderr);
+    return exitNoDisplay;
+}
+
+// Qt's own options are listed only by a GUI application, which needs a
+// platform plugin; the offscreen one needs no display, and the list is the
+// same whichever plugin is loaded.
+int answerHelpAll(int argc, char* argv[]) {
+    std::vector<char*> arguments(argv, argv + argc);
+    char platformOption[] = "-platform";
+    char offscreen[] = "offscreen";
+    arguments.push_back(platformOption);
+    arguments.push_back(offscreen);
+    arguments.push_back(nullptr);
+    int count = argc + 2;
+    QGuiApplication application(count, arguments.data());
+    Parser parser;
+    // Prints the help with Qt's options and ends the process with 0.
+    parser.parser.process(QCoreApplication::arguments());
+    return exitOk;
 }
 
 // Decides --help, --version and mistakes; startWindow when none applies.
@@ -108,17 +145,105 @@ int answerWithoutDisplay(int argc, char* argv[]) {
         for (const QString& name : unknown)
             parsed = parsed && toolkitOptionNames().contains(name);
     }
-    if (parsed && (parser.parser.isSet(QStringLiteral("help-all")) ||
-                   (!parser.parser.isSet(parser.help) && !parser.parser.isSet(parser.version))))
-        return startWindow;
+    if (parsed && parser.parser.isSet(QStringLiteral("help-all")))
+        return answerHelpAll(argc, argv);
+    if (parsed && !parser.parser.isSet(parser.help) && !parser.parser.isSet(parser.version)) {
+        if (displayNamed(argc, argv))
+            return startWindow;
+        return noDisplay();
+    }
     // Only for the program name in the help text; no platform plugin is
     // loaded by a core application.
     QCoreApplication core(argc, argv);
     return answer(parser, parsed);
 }
 
+bool displayNamed(int argc, char* argv[]) {
+    // The plugin QGuiApplication would load: the last -platform wins over
+    // QT_QPA_PLATFORM, which wins over the build's default (xcb here).
+    QString platforms = QString::fromLocal8Bit(qgetenv("QT_QPA_PLATFORM"));
+    bool displayOption = false;
+    for (int i = 1; i + 1 < argc; ++i) {
+        const QByteArray argument(argv[i]);
+        if (argument == "-platform" || argument == "--platform")
+            platforms = QString::fromLocal8Bit(argv[i + 1]);
+        else if (argument == "-display" || argument == "--display")
+            displayOption = argv[i + 1][0] != '\0';
+    }
+    if (platforms.isEmpty())
+        platforms = QStringLiteral("xcb");
+    // "wayland;xcb" tries each in turn; "xcb:option" carries options.
+    for (const QString& entry : platforms.split(QLatin1Char(';'), Qt::SkipEmptyParts)) {
+        const QString name = entry.section(QLatin1Char(':'), 0, 0);
+        if (name == QLatin1String("xcb")) {
+            if (displayOption || !qEnvironmentVariableIsEmpty("DISPLAY"))
+                return true;
+        } else if (name.startsWith(QLatin1String("wayland"))) {
+            if (!qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
+                return true;
+            const QString runtime = QString::fromLocal8Bit(qgetenv("XDG_RUNTIME_DIR"));
+            if (!runtime.isEmpty() && QFileInfo::exists(runtime + QStringLiteral("/wayland-0")))
+                return true;
+        } else {
+            // offscreen, minimal, vnc, eglfs, ...: no display server to
+            // look for; whether they start is for Qt to find out, and the
+            // guard catches a failure.
+            return true;
+        }
+    }
+    return false;
+}
+
+namespace {
+
+QtMessageHandler handlerBeforeGuard = nullptr;
+
+void displayGuard(QtMsgType type, const QMessageLogContext& context, const QString& message) {
+    if (type == QtFatalMsg) {
+        // Qt's advice to reinstall does not help here; the platform plugin
+        // ends the process with abort() once this returns.
+        std::fflush(stdout);
+        std::fputs(noDisplayMessage, stderr);
+        std::fflush(stderr);
+        ::_exit(exitNoDisplay);
+    }
+    if (handlerBeforeGuard)
+        handlerBeforeGuard(type, context, message);
+    else
+        std::fprintf(stderr, "%s\n", qPrintable(qFormatLogMessage(type, context, message)));
+}
+
+} // namespace
+
+void guardDisplayConnection() {
+    handlerBeforeGuard = qInstallMessageHandler(displayGuard);
+}
+
+void endDisplayGuard() {
+    qInstallMessageHandler(handlerBeforeGuard);
+    handlerBeforeGuard = nullptr;
+}
+
+void enableHighDpi() {
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    // Pixmaps and border images drawn for the device pixels, not blown up.
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+}
+
+bool loadToolkitTranslation() {
+    auto* translator = new QTranslator(QCoreApplication::instance());
+    if (!translator->load(QLocale(QLocale::German, QLocale::Germany), QStringLiteral("qtbase"),
+                          QStringLiteral("_"),
+                          QLibraryInfo::location(QLibraryInfo::TranslationsPath))) {
+        delete translator;
+        return false;
+    }
+    return QCoreApplication::installTranslator(translator);
+}
+
 void describeApplication() {
     bootstrap::initApplication(programName());
+    loadToolkitTranslation();
     QGuiApplication::setDesktopFileName(QStringLiteral(BREVIO_APP_ID));
     QIcon icon;
     for (const int size : {16, 22, 24, 32, 48, 64, 128, 256})
@@ -133,6 +258,7 @@ Request parse(const QStringList& arguments, const QString& currentDir) {
     request.exitStatus = answer(parser, parser.parser.parse(arguments));
     if (request.exitStatus != startWindow)
         return request;
+    request.newWindow = parser.parser.isSet(parser.newWindow);
     for (const QString& given : parser.parser.positionalArguments())
         request.files.append(filePaths::absolute(given, currentDir));
     return request;

@@ -8,27 +8,55 @@
 
 class MainWindow;
 
-// The window's command line: "brevio [FILE...]", plus --help and --version.
+// The window's command line: "brevio [FILE...]", plus --help, --help-all,
+// --version and --new-window.
 namespace launch {
 
 // Returned instead of an exit status when the window is to be started.
 constexpr int startWindow = -1;
 constexpr int exitUsage = bootstrap::exitUsage;
 
-// Answers --help, --version and unknown options before any window system
-// is contacted, so that they work on a terminal without a display. Qt's
-// own options (-platform, -style, ...) are left to QApplication. Returns
-// the exit status, or startWindow.
+constexpr int exitNoDisplay = 1;
+
+// Answers --help, --help-all, --version and unknown options before any
+// window system is contacted, so that they work on a terminal without a
+// display; then refuses to start without a display the platform could use.
+// Qt's own options (-platform, -style, ...) are left to QApplication.
+// Returns the exit status, or startWindow.
 int answerWithoutDisplay(int argc, char* argv[]);
+
+// Whether the window system the platform plugin would load can be reached
+// at all: no DISPLAY for X11, no Wayland socket. Qt itself would abort.
+bool displayNamed(int argc, char* argv[]);
+
+// Says why there is no window and ends the process with exitNoDisplay when
+// the platform plugin fails after all (a DISPLAY that names no server),
+// instead of Qt's abort. Install right before the application object and
+// remove right after it.
+void guardDisplayConnection();
+void endDisplayGuard();
+
+// Qt's high-DPI scaling is opt-in in Qt 5: without it the window keeps its
+// 96-dpi pixel sizes on a 192-dpi screen while its point-sized fonts double.
+// Call before the application object exists.
+void enableHighDpi();
 
 // The shared start-up (name, version, file-name codec, report fonts), then
 // what the desktop needs: the id of the menu entry (which lets a desktop
-// match the window to its icon) and the window icon. Call before the
-// arguments are read, so that file names come through byte for byte.
+// match the window to its icon), the window icon and Qt's own German
+// texts. Call before the arguments are read, so that file names come
+// through byte for byte.
 void describeApplication();
+
+// Qt's own German translation (qtbase_de.qm): the file dialogs, the line
+// edits' context menus and the message boxes' buttons speak the window's
+// language whatever the system's locale is. Returns whether it was found.
+bool loadToolkitTranslation();
 
 struct Request {
     int exitStatus = startWindow;
+    // --new-window: open a window of its own even when one is running.
+    bool newWindow = false;
     // Absolute, in the order given.
     QStringList files;
 };

@@ -2,15 +2,22 @@
 
 #include "app/cbutton.h"
 
+#include <QAction>
+#include <QContextMenuEvent>
+#include <QDesktopServices>
 #include <QEvent>
+#include <QFile>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QFont>
 #include <QFontMetrics>
 #include <QHBoxLayout>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPointer>
 #include <QProgressBar>
 #include <QSizePolicy>
+#include <QUrl>
 
 namespace {
 
@@ -47,9 +54,52 @@ private:
     ListWidgetContainer* row;
 };
 
-cButton* makeButton(QWidget* row, const char* name) {
+// The report one click away: a double click on the path opens it, and the
+// context menu offers it and its folder.
+class ReportOnPath : public QObject {
+public:
+    ReportOnPath(QLineEdit* edit, ListWidgetContainer* row) : QObject(edit), row(row) {}
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::MouseButtonDblClick)
+            // Without a report the line edit selects a word, as it always did.
+            return row->openReport();
+        if (event->type() == QEvent::ContextMenu) {
+            const QPointer<QMenu> menu = row->createPathMenu(static_cast<QWidget*>(watched));
+            menu->exec(static_cast<QContextMenuEvent*>(event)->globalPos());
+            delete menu;
+            return true;
+        }
+        return false;
+    }
+
+private:
+    ListWidgetContainer* row;
+};
+
+// A URL that keeps every byte of the name: QUrl::fromLocalFile() would write
+// a name that is not UTF-8 with U+FFFD in it, which names another file.
+QUrl urlOf(const QString& path) {
+    const QByteArray bytes = QFile::encodeName(path);
+    if (bytes == path.toUtf8())
+        return QUrl::fromLocalFile(path);
+    QUrl url;
+    url.setScheme(QStringLiteral("file"));
+    url.setPath(QString::fromLatin1(bytes.toPercentEncoding("/")), QUrl::TolerantMode);
+    return url;
+}
+
+bool isReport(const QString& path) {
+    return QFileInfo(path).isFile();
+}
+
+cButton* makeButton(QWidget* row, const char* name, const QString& description) {
     auto* button = new cButton(row);
     button->setObjectName(QLatin1String(name));
+    // The buttons show only pictures: words for the mouse and screen readers.
+    button->setToolTip(description);
+    button->setAccessibleName(description);
     // Fixed horizontally: the button's own resize handling decides its width.
     button->setSizePolicy(QSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding));
     return button;
@@ -73,6 +123,7 @@ ListWidgetContainer::ListWidgetContainer(QWidget* parent, QString path) : QWidge
     lineEdit->setFont(font);
     lineEdit->setObjectName(QStringLiteral("LineEditPath"));
     lineEdit->installEventFilter(new ElideOnResize(lineEdit, this));
+    lineEdit->installEventFilter(new ReportOnPath(lineEdit, this));
     // The line edit has no real width before the list lays the row out, so
     // the path is elided only once control is back in the event loop.
     QMetaObject::invokeMethod(this, "setTextElided", Qt::QueuedConnection);
@@ -83,11 +134,11 @@ ListWidgetContainer::ListWidgetContainer(QWidget* parent, QString path) : QWidge
     pBar->setRange(0, 100);
     pBar->setValue(0);
 
-    cButton* btnDelete = makeButton(this, "btnDelete");
+    cButton* btnDelete = makeButton(this, "btnDelete", QStringLiteral("Entfernen"));
     connect(btnDelete, &QAbstractButton::clicked, this, &ListWidgetContainer::deleteMe);
-    cButton* btnNewName = makeButton(this, "btnNewName");
+    cButton* btnNewName = makeButton(this, "btnNewName", QStringLiteral("Bericht umbenennen"));
     connect(btnNewName, &QAbstractButton::clicked, this, [this] { askForNewName(); });
-    cButton* btnKonvertier = makeButton(this, "btnKonvertier");
+    cButton* btnKonvertier = makeButton(this, "btnKonvertier", QStringLiteral("Konvertieren"));
     connect(btnKonvertier, &QAbstractButton::clicked, this, &ListWidgetContainer::konvertMe);
 
     layout->addWidget(lineEdit, 3);
@@ -136,4 +187,28 @@ void ListWidgetContainer::askForNewName() {
     filePath = result;
     emit newName(result);
     setTextElided();
+}
+
+QMenu* ListWidgetContainer::createPathMenu(QWidget* parent) {
+    QMenu* menu = lineEdit->createStandardContextMenu();
+    menu->setParent(parent, menu->windowFlags());
+    menu->addSeparator();
+    const bool exists = isReport(filePath);
+    QAction* report = menu->addAction(QStringLiteral("Bericht öffnen"));
+    report->setEnabled(exists);
+    connect(report, &QAction::triggered, this, [this] { openReport(); });
+    QAction* folder = menu->addAction(QStringLiteral("Ordner öffnen"));
+    folder->setEnabled(exists);
+    connect(folder, &QAction::triggered, this, [this] {
+        if (isReport(filePath))
+            QDesktopServices::openUrl(urlOf(QFileInfo(filePath).absolutePath()));
+    });
+    return menu;
+}
+
+bool ListWidgetContainer::openReport() {
+    if (!isReport(filePath))
+        return false;
+    QDesktopServices::openUrl(urlOf(filePath));
+    return true;
 }

@@ -5,6 +5,7 @@
 #include <QWidget>
 
 class QLineEdit;
+class QMenu;
 class QProgressBar;
 class QResizeEvent;
 
@@ -24,6 +25,13 @@ public:
     // converts a row only while its value is 0.
     QProgressBar* pBar = nullptr;
     QLineEdit* lineEdit = nullptr;
+
+    // The path field's context menu: the line edit's own entries, then
+    // "Bericht öffnen" and "Ordner öffnen", enabled while the report exists.
+    // The caller owns it.
+    QMenu* createPathMenu(QWidget* parent);
+    // Hands the report to the desktop's viewer; false if there is none yet.
+    bool openReport();
 
 signals:
     void deleteMe();

@@ -11,7 +11,9 @@
 #include <QDebug>
 #include <QDragEnterEvent>
 #include <QDropEvent>
+#include <QFile>
 #include <QFileDialog>
+#include <QKeySequence>
 #include <QListWidgetItem>
 #include <QMessageBox>
 #include <QMimeData>
@@ -30,6 +32,28 @@ namespace {
 // the report is written.
 constexpr int progressSteps = 17;
 
+// QUrl::toLocalFile() reads percent escapes as UTF-8 and turns each byte of
+// another encoding into U+FFFD: a file manager's file:///Geb%E4ude/a.json
+// for a Latin-1 folder would name a different file. The escapes are taken
+// back to bytes and decoded as the system's names are, byte for byte.
+QString localPathOf(const QUrl& url) {
+    if (!url.isLocalFile())
+        return QString();
+    QString path =
+        QFile::decodeName(QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1()));
+    // A host names a network share, as toLocalFile() writes it.
+    if (!url.host().isEmpty())
+        path.prepend(QStringLiteral("//") + url.host());
+    return path;
+}
+
+// Names for the picture buttons, which show no text: the tooltip for the
+// mouse, the accessible name for screen readers.
+void describeButton(QAbstractButton* button, const QString& name) {
+    button->setToolTip(name);
+    button->setAccessibleName(name);
+}
+
 // Rows are a fixed height and leave room for the list's frame and
 // scroll bar gap.
 QSize rowSizeHint(const QListWidget* list) {
@@ -44,18 +68,35 @@ MainWindow::MainWindow(QWidget* parent) : QMainWindow(parent) {
     setWindowTitle(tr("Brevio [Beta]"));
     setAcceptDrops(true);
 
-    connect(ui->btnBrows, &QAbstractButton::clicked, this, [this] {
+    const auto openFiles = [this] {
         // No filter on purpose: whatever is chosen goes through the same
         // check as a drop.
         const QStringList files = QFileDialog::getOpenFileNames(
             nullptr, QString(), QString(), QString(), nullptr, QFileDialog::Options());
         for (const QString& file : files)
             addListWidgetItem(file);
-    });
+    };
+    connect(ui->btnBrows, &QAbstractButton::clicked, this, openFiles);
     connect(ui->btnKonvert, &QAbstractButton::clicked, this, &MainWindow::convertAll);
 
     // The proportions of the logo artwork, 1000 x 241.
     ui->btnLogo->aspectFactor = 1000.0 / 241.0;
+
+    // The keyboard reaches what the two header buttons do; the actions act
+    // wherever the focus is in the window.
+    ui->action_ffnen->setShortcut(QKeySequence::Open);
+    ui->actionAlle_konvertieren->setShortcuts(
+        {QKeySequence(Qt::CTRL | Qt::Key_Return), QKeySequence(Qt::CTRL | Qt::Key_Enter)});
+    connect(ui->action_ffnen, &QAction::triggered, this, openFiles);
+    connect(ui->actionAlle_konvertieren, &QAction::triggered, this, &MainWindow::convertAll);
+    addAction(ui->action_ffnen);
+    addAction(ui->actionAlle_konvertieren);
+
+    describeButton(ui->btnLogo, QStringLiteral("Brevio"));
+    describeButton(ui->btnBrows, QStringLiteral("Dateien öffnen"));
+    describeButton(ui->btnKonvert, QStringLiteral("Alle konvertieren"));
+    // The logo does nothing, so the keyboard passes it by.
+    ui->btnLogo->setFocusPolicy(Qt::NoFocus);
 }
 
 MainWindow::~MainWindow() {
@@ -151,7 +192,7 @@ void MainWindow::dropEvent(QDropEvent* event) {
     const QList<QUrl> urls = event->mimeData()->urls();
     for (const QUrl& url : urls) {
         // Not a local file: the empty path is refused by its missing ending.
-        const QString path = url.toLocalFile();
+        const QString path = localPathOf(url);
         qCDebug(brevioWindow) << "Dropped file:" << path;
         addListWidgetItem(path);
     }

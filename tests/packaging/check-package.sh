@@ -25,6 +25,8 @@ field() { dpkg-deb --field "$deb" "$1"; }
 for library in libc6 libqt5core5a libqt5gui5 libqt5widgets5 libqt5printsupport5; do
     [[ $(field Depends) == *"$library "* ]] || fail "Depends lacks $library: $(field Depends)"
 done
+# Qt's German for its own dialogs and menus.
+[[ $(field Depends) == *qttranslations5-l10n* ]] || fail "Depends lacks qttranslations5-l10n"
 description=$(field Description)
 [ "$(wc -l <<<"$description")" -ge 3 ] || fail "Description has no extended part: $description"
 dpkg-deb --info "$deb" >/dev/null || fail "dpkg-deb --info"

@@ -41,11 +41,42 @@ check_desktop_file() { # root
         fail "desktop-file-validate: $output"
     fi
     for line in 'Name=Brevio' 'Exec=brevio %F' 'Icon=org.brevio.Brevio' \
-        'Categories=Office;Utility;' 'MimeType=application/json;'; do
+        'Categories=Office;Utility;' 'StartupNotify=true' 'StartupWMClass=brevio'; do
         grep -qxF "$line" "$desktop" || fail "desktop file lacks $line"
     done
+    check_not_default_for_json "$1"
     grep -q '^Comment=.' "$desktop" || fail "desktop file lacks an English comment"
     grep -q '^Comment\[de\]=.' "$desktop" || fail "desktop file lacks a German comment"
+}
+
+# Files reach Brevio through "Open with", drops and its command line; it is
+# never the application for every JSON file on the machine.
+check_not_default_for_json() { # root
+    local desktop=$1/share/applications/org.brevio.Brevio.desktop data answer
+    ! grep -q '^MimeType=' "$desktop" || fail "desktop file claims $(grep '^MimeType=' "$desktop")"
+    if find "$1/.." -name '*mailcap*' | grep -q .; then
+        fail "mailcap entries: $(find "$1/.." -name '*mailcap*')"
+    fi
+    # What a desktop asks: the default for application/json with only this
+    # package's files installed (and a database built from them).
+    data=$(mktemp -d)
+    cp -r "$1/share/applications" "$data/"
+    if command -v update-desktop-database >/dev/null; then
+        update-desktop-database "$data/applications"
+        ! grep -q 'org.brevio.Brevio' "$data/applications/mimeinfo.cache" 2>/dev/null ||
+            fail "mimeinfo.cache names Brevio: $(cat "$data/applications/mimeinfo.cache")"
+    fi
+    if command -v gio >/dev/null; then
+        answer=$(XDG_DATA_HOME="$data" XDG_DATA_DIRS="$data" XDG_CONFIG_HOME="$data" \
+            XDG_CONFIG_DIRS="$data" gio mime application/json 2>&1 || true)
+        ! grep -q 'org.brevio.Brevio' <<<"$answer" || fail "gio mime application/json: $answer"
+    fi
+    if command -v xdg-mime >/dev/null; then
+        answer=$(XDG_DATA_HOME="$data" XDG_DATA_DIRS="$data" XDG_CONFIG_HOME="$data" \
+            XDG_CONFIG_DIRS="$data" xdg-mime query default application/json 2>&1 || true)
+        ! grep -q 'org.brevio.Brevio' <<<"$answer" || fail "xdg-mime: $answer"
+    fi
+    rm -rf "$data"
 }
 
 check_metainfo() { # root version

@@ -1,0 +1,274 @@
+#include "app/onewindow.h"
+
+#include "app/launch.h"
+#include "app/mainwindow.h"
+
+#include <QDir>
+#include <QFile>
+#include <QGuiApplication>
+#include <QLocalServer>
+#include <QLocalSocket>
+#include <QTimer>
+
+#include <memory>
+
+#include <cerrno>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace oneWindow {
+
+const QByteArray answerTaken = QByteArrayLiteral("ok\n");
+
+namespace {
+
+const QByteArray header = QByteArrayLiteral("BREVIO-FILES 1\n");
+
+// A folder that is this user's own, not a link, and closed to everyone else.
+bool isPrivateFolder(const QByteArray& folder) {
+    struct stat info {};
+    if (::lstat(folder.constData(), &info) != 0)
+        return false;
+    return S_ISDIR(info.st_mode) && info.st_uid == ::getuid() && (info.st_mode & 077) == 0;
+}
+
+} // namespace
+
+QString privateFolder() {
+    const QByteArray runtime = qgetenv("XDG_RUNTIME_DIR");
+    if (!runtime.isEmpty() && runtime.startsWith('/') && isPrivateFolder(runtime))
+        return QFile::decodeName(runtime);
+    const QByteArray fallback = "/tmp/brevio-" + QByteArray::number(::getuid());
+    // An existing folder is taken only as it is: whoever made it first may
+    // not be this user, and a changed mode would not make it ours.
+    if (::mkdir(fallback.constData(), 0700) != 0 && errno != EEXIST)
+        return QString();
+    return isPrivateFolder(fallback) ? QFile::decodeName(fallback) : QString();
+}
+
+QString socketName(const QString& display) {
+    QString screenless = display;
+    // ":0.0" and ":0" are the same display; "host:10.1" is "host:10".
+    const int colon = screenless.lastIndexOf(QLatin1Char(':'));
+    const int dot = screenless.indexOf(QLatin1Char('.'), colon + 1);
+    if (colon >= 0 && dot > colon)
+        screenless.truncate(dot);
+    return QStringLiteral("brevio-window-") +
+           QString::fromLatin1(screenless.toUtf8().toPercentEncoding(".:-_"));
+}
+
+QString currentDisplay() {
+    const QString platform = QGuiApplication::platformName();
+    if (platform == QLatin1String("xcb"))
+        return QString::fromLocal8Bit(qgetenv("DISPLAY"));
+    if (platform.startsWith(QLatin1String("wayland"))) {
+        const QByteArray wayland = qgetenv("WAYLAND_DISPLAY");
+        return QStringLiteral("wayland:") +
+               QString::fromLocal8Bit(wayland.isEmpty() ? QByteArray("wayland-0") : wayland);
+    }
+    return platform + QLatin1Char(':') + QString::fromLocal8Bit(qgetenv("DISPLAY"));
+}
+
+QByteArray encode(const QStringList& files) {
+    QByteArray message = header;
+    for (const QString& file : files) {
+        message += QFile::encodeName(file);
+        message += '\0';
+    }
+    message += '\0';
+    return message;
+}
+
+QList<QStringList> batches(const QStringList& files) {
+    QList<QStringList> result;
+    QStringList batch;
+    int bytes = header.size() + 1;
+    for (const QString& file : files) {
+        const int size = QFile::encodeName(file).size() + 1;
+        if (!batch.isEmpty() && (batch.size() == maxFiles || bytes + size > maxMessageBytes)) {
+            result.append(batch);
+            batch.clear();
+            bytes = header.size() + 1;
+        }
+        batch.append(file);
+        bytes += size;
+    }
+    if (!batch.isEmpty() || result.isEmpty())
+        result.append(batch);
+    return result;
+}
+
+Received decode(const QByteArray& message) {
+    Received received;
+    if (message.size() > maxMessageBytes) {
+        received.state = Received::Invalid;
+        return received;
+    }
+    const int headerPart = qMin(message.size(), header.size());
+    if (message.left(headerPart) != header.left(headerPart)) {
+        received.state = Received::Invalid;
+        return received;
+    }
+    if (message.size() < header.size())
+        return received;
+
+    int at = header.size();
+    while (true) {
+        const int end = message.indexOf('\0', at);
+        if (end < 0) {
+            // A path longer than any the system opens will not get shorter.
+            if (message.size() - at > maxPathBytes)
+                received.state = Received::Invalid;
+            received.files.clear();
+            return received;
+        }
+        const QByteArray path = message.mid(at, end - at);
+        if (path.isEmpty()) {
+            // The end mark; nothing may follow it.
+            received.state = end + 1 == message.size() ? Received::Complete : Received::Invalid;
+            if (received.state == Received::Invalid)
+                received.files.clear();
+            return received;
+        }
+        if (!path.startsWith('/') || path.size() > maxPathBytes ||
+            received.files.size() == maxFiles) {
+            received.state = Received::Invalid;
+            received.files.clear();
+            return received;
+        }
+        received.files.append(QFile::decodeName(path));
+        at = end + 1;
+    }
+}
+
+bool peerIsUser(qintptr descriptor, uid_t user) {
+    struct ucred credentials {};
+    socklen_t size = sizeof credentials;
+    if (::getsockopt(int(descriptor), SOL_SOCKET, SO_PEERCRED, &credentials, &size) != 0 ||
+        size != sizeof credentials)
+        return false;
+    return credentials.uid == user;
+}
+
+} // namespace oneWindow
+
+namespace {
+
+QString defaultSocketPath() {
+    const QString folder = oneWindow::privateFolder();
+    if (folder.isEmpty())
+        return QString();
+    return folder + QLatin1Char('/') + oneWindow::socketName(oneWindow::currentDisplay());
+}
+
+} // namespace
+
+OneWindow::OneWindow() : OneWindow(defaultSocketPath()) {}
+
+OneWindow::OneWindow(const QString& socketPath) : path(socketPath) {}
+
+OneWindow::~OneWindow() = default;
+
+bool OneWindow::lock() {
+    if (path.isEmpty())
+        return false;
+    if (!socketLock) {
+        socketLock = std::make_unique<QLockFile>(path + QStringLiteral(".lock"));
+        // A start that was killed while it held the lock leaves it behind.
+        socketLock->setStaleLockTime(oneWindow::answerTimeoutMs * 2);
+    }
+    return socketLock->isLocked() || socketLock->tryLock(oneWindow::answerTimeoutMs * 2);
+}
+
+OneWindow::HandOver OneWindow::handOver(const QStringList& files) {
+    if (!lock())
+        return HandOver::NoWindow;
+    bool first = true;
+    for (const QStringList& batch : oneWindow::batches(files)) {
+        QLocalSocket socket;
+        socket.connectToServer(path);
+        if (!socket.waitForConnected(1000))
+            return first ? HandOver::NoWindow : HandOver::Failed;
+        first = false;
+        // The folder is private, but the other end is asked all the same.
+        if (!oneWindow::peerIsUser(socket.socketDescriptor(), ::getuid()))
+            return HandOver::Failed;
+        socket.write(oneWindow::encode(batch));
+        QByteArray answer;
+        while (!answer.endsWith('\n') && socket.waitForReadyRead(oneWindow::answerTimeoutMs))
+            answer += socket.readAll();
+        if (answer != oneWindow::answerTaken)
+            return HandOver::Failed;
+    }
+    socketLock->unlock();
+    return HandOver::Taken;
+}
+
+bool OneWindow::serve(MainWindow& target) {
+    window = &target;
+    if (!lock())
+        return false;
+    server = new QLocalServer(this);
+    bool listening = server->listen(path);
+    if (!listening && server->serverError() == QAbstractSocket::AddressInUseError) {
+        QLocalSocket probe;
+        probe.connectToServer(path);
+        if (!probe.waitForConnected(1000)) {
+            // Nobody answers: the window that made it was killed.
+            QLocalServer::removeServer(path);
+            listening = server->listen(path);
+        }
+    }
+    socketLock->unlock();
+    if (!listening)
+        return false;
+    // The socket itself is closed to others too, not only its folder. (Qt's
+    // own access option renames a fresh socket over the name, which would
+    // push aside a window that still runs.)
+    ::chmod(QFile::encodeName(server->fullServerName()).constData(), 0600);
+    connect(server, &QLocalServer::newConnection, this, [this] {
+        while (QLocalSocket* socket = server->nextPendingConnection())
+            accept(socket);
+    });
+    return true;
+}
+
+void OneWindow::accept(QLocalSocket* socket) {
+    connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
+    if (!oneWindow::peerIsUser(socket->socketDescriptor(), ::getuid())) {
+        socket->abort();
+        socket->deleteLater();
+        return;
+    }
+    // A sender that never finishes is not waited for.
+    QTimer::singleShot(oneWindow::receiveTimeoutMs, socket, [socket] { socket->abort(); });
+    auto buffer = std::make_shared<QByteArray>();
+    connect(socket, &QLocalSocket::readyRead, this, [this, socket, buffer] {
+        // Never more than one byte beyond the limit is held.
+        buffer->append(socket->read(oneWindow::maxMessageBytes + 1 - buffer->size()));
+        const oneWindow::Received received = oneWindow::decode(*buffer);
+        if (received.state == oneWindow::Received::Incomplete)
+            return;
+        if (received.state == oneWindow::Received::Invalid) {
+            socket->abort();
+            return;
+        }
+        socket->write(oneWindow::answerTaken);
+        socket->flush();
+        socket->disconnectFromServer();
+        receive(received.files);
+    });
+}
+
+void OneWindow::receive(const QStringList& files) {
+    emit filesReceived(files);
+    if (!window)
+        return;
+    window->setWindowState(window->windowState() & ~Qt::WindowMinimized);
+    window->raise();
+    window->activateWindow();
+    // The same way as files on the command line: after this handler, one
+    // by one, each refused or taken by the list's own rules.
+    launch::openWhenShown(*window, files);
+}

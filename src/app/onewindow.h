@@ -1,0 +1,112 @@
+#ifndef BREVIO_ONEWINDOW_H
+#define BREVIO_ONEWINDOW_H
+
+#include <QByteArray>
+#include <QLockFile>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+
+#include <sys/types.h>
+
+class MainWindow;
+class QLocalServer;
+class QLocalSocket;
+
+// One window per user and display: "brevio FILE..." started while a window
+// runs hands its files to that window, which lists them as if they had been
+// dropped on it, and ends. The window listens on a local socket in a folder
+// only its user can enter, named for the display, so a window on another
+// display, or another user's, is never reached. Whatever arrives is taken
+// for what it is, bytes from another process: only a bounded list of
+// absolute paths is accepted, and each then meets the list's own rules.
+class OneWindow : public QObject {
+    Q_OBJECT
+
+public:
+    // The socket of this user on this display (empty when no private folder
+    // could be had: each start then opens a window of its own).
+    OneWindow();
+    // A socket at the given path, for the tests.
+    explicit OneWindow(const QString& socketPath);
+    ~OneWindow() override;
+
+    enum class HandOver {
+        NoWindow, // nobody listens (or only a killed window's socket is left)
+        Taken,    // the running window has the files
+        Failed,   // a window listens but did not take them
+    };
+    // Sends the files (absolute paths, in order) to the running window.
+    // Until serve() the socket stays locked, so two starts at once do not
+    // both find nobody and both open a window.
+    HandOver handOver(const QStringList& files);
+
+    // Listens for later starts; a socket left by a window that was killed
+    // is taken over. Returns whether it listens (it does not while another
+    // window does, after --new-window).
+    bool serve(MainWindow& window);
+
+    QString socketPath() const { return path; }
+
+    // Received files are passed on here (to the window's list by default).
+    void receive(const QStringList& files);
+
+signals:
+    void filesReceived(const QStringList& files);
+
+private:
+    void accept(QLocalSocket* socket);
+    bool lock();
+
+    QString path;
+    std::unique_ptr<QLockFile> socketLock;
+    QLocalServer* server = nullptr;
+    MainWindow* window = nullptr;
+};
+
+namespace oneWindow {
+
+// What one message may hold; a start with more files sends several.
+constexpr int maxMessageBytes = 1 << 20;
+constexpr int maxFiles = 1000;
+// PATH_MAX: no longer name can be opened.
+constexpr int maxPathBytes = 4096;
+// How long a window waits for a whole message, and a start for the answer.
+constexpr int receiveTimeoutMs = 5000;
+constexpr int answerTimeoutMs = 10000;
+
+// A folder only this user can enter: XDG_RUNTIME_DIR when it is one, else
+// /tmp/brevio-UID, made with mode 0700 and refused unless it is this
+// user's own folder (not a link) that nobody else can enter. Empty if
+// neither can be had.
+QString privateFolder();
+// "brevio-window-" and the display with its screen number dropped
+// (":0.0" is ":0"); anything but letters, digits and ".:-_" is escaped.
+QString socketName(const QString& display);
+// The display this process shows its windows on: DISPLAY for X11,
+// WAYLAND_DISPLAY for Wayland, else the platform's name.
+QString currentDisplay();
+
+// "BREVIO-FILES 1\n", each path's bytes and a NUL, and an empty path to end.
+QByteArray encode(const QStringList& files);
+// Splits the files into messages within the limits, in order.
+QList<QStringList> batches(const QStringList& files);
+
+struct Received {
+    enum State { Incomplete, Complete, Invalid } state = Incomplete;
+    QStringList files;
+};
+// Accepts only the whole message: the header, at most maxFiles absolute
+// paths of at most maxPathBytes each, the end mark, nothing after it and
+// never more than maxMessageBytes.
+Received decode(const QByteArray& message);
+
+// Whether the process at the other end of the connected local socket runs
+// as the given user (SO_PEERCRED).
+bool peerIsUser(qintptr descriptor, uid_t user);
+
+} // namespace oneWindow
+
+#endif

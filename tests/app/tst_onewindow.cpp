@@ -1,0 +1,337 @@
+#include "app/listwidgetcontainer.h"
+#include "app/mainwindow.h"
+#include "app/onewindow.h"
+#include "files/filenamecodec.h"
+#include "windowtest.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QListWidget>
+#include <QLocalServer>
+#include <QLocalSocket>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QtConcurrent>
+
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+Q_DECLARE_METATYPE(oneWindow::Received::State)
+
+namespace {
+
+QStringList rowPaths(MainWindow& window) {
+    QStringList paths;
+    auto* list = window.findChild<QListWidget*>(QStringLiteral("listWidget"));
+    for (int i = 0; i < list->count(); ++i) {
+        auto* row = qobject_cast<ListWidgetContainer*>(list->itemWidget(list->item(i)));
+        paths.append(row ? row->filePath : QStringLiteral("<no row>"));
+    }
+    return paths;
+}
+
+QByteArray paths(std::initializer_list<QByteArray> list) {
+    QByteArray message("BREVIO-FILES 1\n");
+    for (const QByteArray& path : list)
+        message += path + '\0';
+    return message;
+}
+
+// A socket file that nobody listens on any more, as a killed window leaves.
+bool leaveStaleSocket(const QString& path) {
+    const int descriptor = ::socket(AF_UNIX, SOCK_STREAM, 0);
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    const QByteArray bytes = QFile::encodeName(path);
+    qstrncpy(address.sun_path, bytes.constData(), sizeof address.sun_path);
+    const bool bound =
+        ::bind(descriptor, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0 &&
+        ::listen(descriptor, 1) == 0;
+    ::close(descriptor);
+    return bound && QFileInfo::exists(path);
+}
+
+// The start's side runs on a thread of its own: it waits for the window's
+// answer, which the window gives from this thread's event loop.
+QFuture<OneWindow::HandOver> handOverFromAnotherStart(const QString& socket,
+                                                      const QStringList& files) {
+    return QtConcurrent::run([socket, files] { return OneWindow(socket).handOver(files); });
+}
+
+} // namespace
+
+class TestOneWindow : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void decode_data();
+    void decode();
+    void encodeKeepsEveryByte();
+    void batchesKeepLimitsAndOrder();
+    void socketName_data();
+    void socketName();
+    void peerUser();
+    void privateFolderRefusesOpenRuntimeFolder();
+    void filesJoinTheRunningWindow();
+    void noWindowNoHandOver();
+    void staleSocketIsTakenOver();
+    void secondWindowDoesNotServe();
+    void badMessagesAddNothing_data();
+    void badMessagesAddNothing();
+
+private:
+    QTemporaryDir folder;
+};
+
+void TestOneWindow::initTestCase() {
+    QStandardPaths::setTestModeEnabled(true);
+    FileNameCodec::useForLocale();
+    QVERIFY(folder.isValid());
+}
+
+void TestOneWindow::decode_data() {
+    using State = oneWindow::Received::State;
+    QTest::addColumn<QByteArray>("message");
+    QTest::addColumn<State>("state");
+    QTest::addColumn<QStringList>("files");
+
+    const QByteArray end(1, '\0');
+    QTest::newRow("two files") << paths({"/a/b.json", "/c.json"}) + end << State::Complete
+                               << QStringList{"/a/b.json", "/c.json"};
+    QTest::newRow("no files") << paths({}) + end << State::Complete << QStringList();
+    QTest::newRow("kept order, repeats kept")
+        << paths({"/b.json", "/a.json", "/b.json"}) + end << State::Complete
+        << QStringList{"/b.json", "/a.json", "/b.json"};
+    QTest::newRow("any ending: the list decides")
+        << paths({"/notes.txt"}) + end << State::Complete << QStringList{"/notes.txt"};
+    QTest::newRow("half a header") << QByteArray("BREVIO-FI") << State::Incomplete << QStringList();
+    QTest::newRow("no end mark yet") << paths({"/a.json"}) << State::Incomplete << QStringList();
+    QTest::newRow("half a path") << paths({"/a.json"}) + "/b.js" << State::Incomplete
+                                 << QStringList();
+    QTest::newRow("other header") << QByteArray("BREVIO-FILES 2\n/a.json") + end + end
+                                  << State::Invalid << QStringList();
+    QTest::newRow("not ours") << QByteArray("GET / HTTP/1.0\r\n\r\n") << State::Invalid
+                              << QStringList();
+    QTest::newRow("relative path")
+        << paths({"/a.json", "b.json"}) + end << State::Invalid << QStringList();
+    QTest::newRow("something after the end")
+        << paths({"/a.json"}) + end + "/b.json" << State::Invalid << QStringList();
+    QTest::newRow("path beyond PATH_MAX")
+        << paths({"/" + QByteArray(oneWindow::maxPathBytes, 'a')}) + end << State::Invalid
+        << QStringList();
+    QTest::newRow("unfinished path beyond PATH_MAX")
+        << paths({}) + "/" + QByteArray(oneWindow::maxPathBytes, 'a') << State::Invalid
+        << QStringList();
+    QByteArray many("BREVIO-FILES 1\n");
+    for (int i = 0; i <= oneWindow::maxFiles; ++i)
+        many += "/" + QByteArray::number(i) + ".json" + end;
+    QTest::newRow("one file too many") << many + end << State::Invalid << QStringList();
+    QByteArray huge("BREVIO-FILES 1\n");
+    while (huge.size() <= oneWindow::maxMessageBytes)
+        huge += "/" + QByteArray(1000, 'x') + end;
+    QTest::newRow("beyond the size limit") << huge << State::Invalid << QStringList();
+}
+
+void TestOneWindow::decode() {
+    QFETCH(QByteArray, message);
+    QFETCH(oneWindow::Received::State, state);
+    QFETCH(QStringList, files);
+    const oneWindow::Received received = oneWindow::decode(message);
+    QCOMPARE(int(received.state), int(state));
+    QCOMPARE(received.files, files);
+}
+
+void TestOneWindow::encodeKeepsEveryByte() {
+    // A Latin-1 folder name, not UTF-8.
+    const QByteArray latin1("/data/Geb\xe4ude/a.json");
+    const QStringList files{QFile::decodeName(latin1), QStringLiteral("/b.json")};
+    const QByteArray message = oneWindow::encode(files);
+    QVERIFY(message.contains(latin1 + '\0'));
+    const oneWindow::Received received = oneWindow::decode(message);
+    QCOMPARE(int(received.state), int(oneWindow::Received::Complete));
+    QCOMPARE(received.files, files);
+    QCOMPARE(QFile::encodeName(received.files.first()), latin1);
+}
+
+void TestOneWindow::batchesKeepLimitsAndOrder() {
+    QStringList files;
+    for (int i = 0; i < 2 * oneWindow::maxFiles + 5; ++i)
+        files.append(QStringLiteral("/data/%1.json").arg(i));
+    // Names long enough that the byte limit splits before the count does.
+    for (int i = 0; i < 600; ++i)
+        files.append(QStringLiteral("/") + QString(3000, QLatin1Char('n')) + QString::number(i));
+    const QList<QStringList> batches = oneWindow::batches(files);
+    QStringList joined;
+    for (const QStringList& batch : batches) {
+        QVERIFY(batch.size() <= oneWindow::maxFiles);
+        const QByteArray message = oneWindow::encode(batch);
+        QVERIFY(message.size() <= oneWindow::maxMessageBytes);
+        QCOMPARE(int(oneWindow::decode(message).state), int(oneWindow::Received::Complete));
+        joined += batch;
+    }
+    QCOMPARE(joined, files);
+    QVERIFY(batches.size() >= 4);
+    // No files is still one (empty) message: the window comes forward.
+    QCOMPARE(oneWindow::batches(QStringList()), QList<QStringList>{QStringList()});
+}
+
+void TestOneWindow::socketName_data() {
+    QTest::addColumn<QString>("display");
+    QTest::addColumn<QString>("name");
+    QTest::newRow("display") << ":0"
+                             << "brevio-window-:0";
+    QTest::newRow("screen dropped") << ":0.1"
+                                    << "brevio-window-:0";
+    QTest::newRow("other display") << ":1"
+                                   << "brevio-window-:1";
+    QTest::newRow("remote") << "host.lan:10.0"
+                            << "brevio-window-host.lan:10";
+    QTest::newRow("no slash in a name") << "../x:3"
+                                        << "brevio-window-..%2Fx:3";
+}
+
+void TestOneWindow::socketName() {
+    QFETCH(QString, display);
+    QFETCH(QString, name);
+    QCOMPARE(oneWindow::socketName(display), name);
+}
+
+void TestOneWindow::peerUser() {
+    int pair[2];
+    QCOMPARE(::socketpair(AF_UNIX, SOCK_STREAM, 0, pair), 0);
+    QVERIFY(oneWindow::peerIsUser(pair[0], ::getuid()));
+    QVERIFY(!oneWindow::peerIsUser(pair[0], ::getuid() + 1));
+    ::close(pair[0]);
+    ::close(pair[1]);
+    // Not a socket at all.
+    QVERIFY(!oneWindow::peerIsUser(-1, ::getuid()));
+}
+
+void TestOneWindow::privateFolderRefusesOpenRuntimeFolder() {
+    const QByteArray saved = qgetenv("XDG_RUNTIME_DIR");
+    const QString runtime = folder.path() + QStringLiteral("/runtime");
+    QVERIFY(QDir().mkpath(runtime));
+    ::chmod(QFile::encodeName(runtime).constData(), 0700);
+    qputenv("XDG_RUNTIME_DIR", QFile::encodeName(runtime));
+    QCOMPARE(oneWindow::privateFolder(), runtime);
+
+    // Open to the group: not a place for the socket.
+    ::chmod(QFile::encodeName(runtime).constData(), 0750);
+    const QString fallback = oneWindow::privateFolder();
+    qputenv("XDG_RUNTIME_DIR", saved);
+    QCOMPARE(fallback, QStringLiteral("/tmp/brevio-%1").arg(::getuid()));
+    struct stat info {};
+    QCOMPARE(::lstat("/tmp", &info), 0);
+    QCOMPARE(::lstat(QFile::encodeName(fallback).constData(), &info), 0);
+    QVERIFY(S_ISDIR(info.st_mode));
+    QCOMPARE(info.st_uid, ::getuid());
+    QCOMPARE(int(info.st_mode & 0777), 0700);
+}
+
+void TestOneWindow::filesJoinTheRunningWindow() {
+    const QString socket = folder.path() + QStringLiteral("/join");
+    MainWindow window;
+    window.show();
+    OneWindow server(socket);
+    QVERIFY(server.serve(window));
+    QVERIFY(QFileInfo::exists(socket));
+    // Only this user may even connect.
+    QCOMPARE(QFileInfo(socket).permissions() &
+                 (QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther),
+             QFile::Permissions());
+
+    window.addListWidgetItem(QStringLiteral("/srv/a.json"));
+    ModalAnswerer answerer(clickMessageBoxOk);
+    QFuture<OneWindow::HandOver> sent = handOverFromAnotherStart(
+        socket, {QStringLiteral("/srv/b.json"), QStringLiteral("/srv/a.json"),
+                 QStringLiteral("/srv/c.JSON"), QStringLiteral("/srv/d.json")});
+    QTRY_VERIFY(sent.isFinished());
+    QCOMPARE(int(sent.result()), int(OneWindow::HandOver::Taken));
+    const QStringList expected{QStringLiteral("/srv/a.pdf"), QStringLiteral("/srv/b.pdf"),
+                               QStringLiteral("/srv/d.pdf")};
+    QTRY_COMPARE(rowPaths(window), expected);
+    // The duplicate gets its box in the running window, as a drop would.
+    QCOMPARE(answerer.count(), 1);
+    QCOMPARE(answerer.dialogs.first().title, QStringLiteral("Fehler"));
+    QCOMPARE(answerer.dialogs.first().text,
+             QStringLiteral("Die Datei /srv/a.pdf befindest sich schon in der Liste"));
+}
+
+void TestOneWindow::noWindowNoHandOver() {
+    const QString socket = folder.path() + QStringLiteral("/nobody");
+    QCOMPARE(int(OneWindow(socket).handOver({QStringLiteral("/a.json")})),
+             int(OneWindow::HandOver::NoWindow));
+}
+
+void TestOneWindow::staleSocketIsTakenOver() {
+    const QString socket = folder.path() + QStringLiteral("/stale");
+    QVERIFY(leaveStaleSocket(socket));
+    QCOMPARE(int(OneWindow(socket).handOver({QStringLiteral("/a.json")})),
+             int(OneWindow::HandOver::NoWindow));
+
+    MainWindow window;
+    OneWindow server(socket);
+    QVERIFY(server.serve(window));
+    QFuture<OneWindow::HandOver> sent =
+        handOverFromAnotherStart(socket, {QStringLiteral("/srv/e.json")});
+    QTRY_VERIFY(sent.isFinished());
+    QCOMPARE(int(sent.result()), int(OneWindow::HandOver::Taken));
+    QTRY_COMPARE(rowPaths(window), QStringList{QStringLiteral("/srv/e.pdf")});
+}
+
+void TestOneWindow::secondWindowDoesNotServe() {
+    const QString socket = folder.path() + QStringLiteral("/two");
+    MainWindow first;
+    OneWindow firstServer(socket);
+    QVERIFY(firstServer.serve(first));
+    // brevio --new-window: a window of its own, the first one keeps serving.
+    MainWindow second;
+    OneWindow secondServer(socket);
+    QVERIFY(!secondServer.serve(second));
+
+    QFuture<OneWindow::HandOver> sent =
+        handOverFromAnotherStart(socket, {QStringLiteral("/srv/f.json")});
+    QTRY_VERIFY(sent.isFinished());
+    QCOMPARE(int(sent.result()), int(OneWindow::HandOver::Taken));
+    QTRY_COMPARE(rowPaths(first), QStringList{QStringLiteral("/srv/f.pdf")});
+    QCOMPARE(rowPaths(second), QStringList());
+}
+
+void TestOneWindow::badMessagesAddNothing_data() {
+    QTest::addColumn<QByteArray>("message");
+    const QByteArray end(1, '\0');
+    QTest::newRow("relative path") << paths({"/srv/g.json", "h.json"}) + end;
+    QTest::newRow("not ours") << QByteArray("hello\n");
+    QTest::newRow("never finished") << paths({"/srv/g.json"});
+    QTest::newRow("too large") << paths({}) + QByteArray(oneWindow::maxMessageBytes + 10, 'x');
+}
+
+void TestOneWindow::badMessagesAddNothing() {
+    QFETCH(QByteArray, message);
+    const QString socket = folder.path() + QStringLiteral("/bad");
+    MainWindow window;
+    OneWindow server(socket);
+    QVERIFY(server.serve(window));
+    QList<QStringList> received;
+    connect(&server, &OneWindow::filesReceived, this,
+            [&received](const QStringList& files) { received.append(files); });
+
+    QLocalSocket client;
+    client.connectToServer(socket);
+    QVERIFY(client.waitForConnected(1000));
+    client.write(message);
+    // The window hangs up on it (at the latest after its receive timeout)
+    // without an answer.
+    QTRY_VERIFY_WITH_TIMEOUT(client.state() == QLocalSocket::UnconnectedState,
+                             oneWindow::receiveTimeoutMs + 3000);
+    QCOMPARE(client.readAll(), QByteArray());
+    QTest::qWait(50);
+    QCOMPARE(received, QList<QStringList>());
+    QCOMPARE(rowPaths(window), QStringList());
+}
+
+QTEST_MAIN(TestOneWindow)
+#include "tst_onewindow.moc"
