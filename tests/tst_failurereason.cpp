@@ -33,7 +33,13 @@ void TestFailureReason::reason_data() {
     QTest::newRow("open") << Reason::CannotOpen << "No such file or directory" << false
                           << "cannot be opened: No such file or directory";
     QTest::newRow("empty") << Reason::EmptyFile << QString() << false << "empty file";
-    QTest::newRow("memory") << Reason::OutOfMemory << QString() << false << "not converted";
+    QTest::newRow("memory") << Reason::OutOfMemory << QString() << false
+                            << "not converted (out of memory)";
+    QTest::newRow("file size limit") << Reason::FileSizeLimit << "File too large" << false
+                                     << "report not written (file size limit)";
+    QTest::newRow("file size limit, older report")
+        << Reason::FileSizeLimit << "File too large" << true
+        << "report not written (file size limit; the old report was left in place)";
     QTest::newRow("never ran") << Reason::NotRun << QString() << false << "not converted";
     QTest::newRow("no folder") << Reason::NoTemporaryFolder << "Permission denied" << false
                                << notWritten;

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Fuzzes a whole conversion job with libFuzzer for a bounded time.
+# Fuzzes a whole conversion job, then the reading side alone, with libFuzzer
+# for a bounded time each.
 #   tools/fuzz.sh [SECONDS]    default 60
 # Installs what is missing (clang, its fuzzer runtime, the build packages),
 # configures build-fuzz with clang, builds fuzz_convert and runs it on a copy
@@ -23,7 +24,7 @@ build=build-fuzz
 cmake -S . -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
     -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ \
     -DBREVIO_FUZZ=ON -DBREVIO_BUILD_TESTS=OFF >/dev/null
-nice -n 10 cmake --build "$build" --target fuzz_convert -- -j2
+nice -n 10 cmake --build "$build" --target fuzz_convert fuzz_read -- -j2
 
 mkdir -p "$build/corpus" "$build/artifacts"
 export QT_QPA_PLATFORM=offscreen LANG=C.UTF-8 LC_ALL=C.UTF-8 TZ=UTC
@@ -60,6 +61,21 @@ if [ "$status" -ne 0 ]; then
     tail -n 60 "$build/fuzz-leaks.log" >&2
     echo "fuzz.sh: replaying the corpus with leak checks failed (status $status);" \
         "see $build/fuzz-leaks.log and $build/artifacts/" >&2
+    exit 1
+fi
+# The reading side alone (no printing) for as long again: many times the
+# executions of a whole job, deeper into the parser and the readers.
+mkdir -p "$build/corpus-read"
+set +e
+ASAN_OPTIONS="abort_on_error=1:detect_leaks=0" nice -n 5 "$build/tests/fuzz/fuzz_read" \
+    -max_total_time="$seconds" -timeout=20 -max_len=10000 -rss_limit_mb=4096 \
+    -detect_leaks=0 -dict=tests/fuzz/json.dict -artifact_prefix="$build/artifacts/" \
+    -print_final_stats=1 "$build/corpus-read" tests/fuzz/corpus 2>&1 |
+    tee "$build/fuzz-read.log" | grep --line-buffered -v -E '[[:space:]](NEW|REDUCE)[[:space:]]'
+status=${PIPESTATUS[0]}
+set -e
+if [ "$status" -ne 0 ]; then
+    echo "fuzz.sh: fuzz_read stopped with status $status; see $build/fuzz-read.log and $build/artifacts/" >&2
     exit 1
 fi
 echo "fuzz.sh: no crash, hang or leak in $seconds s of fuzzing" \

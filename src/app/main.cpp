@@ -1,9 +1,10 @@
 #include "app/launch.h"
 #include "app/mainwindow.h"
 #include "app/onewindow.h"
+#include "files/filepaths.h"
+#include "files/temporaryfolders.h"
 
 #include <QApplication>
-#include <QDir>
 
 #include <cstdio>
 
@@ -12,12 +13,19 @@ int main(int argc, char* argv[]) {
     if (answered != launch::startWindow)
         return answered;
 
+    // A logout (SIGHUP, SIGTERM) or Ctrl-C in the starting terminal ends
+    // the window by the signal as before, but the running jobs' temporary
+    // report folders go with it.
+    temporaryFolders::removeOnInterrupt();
     launch::enableHighDpi();
     launch::guardDisplayConnection();
     QApplication app(argc, argv);
     launch::endDisplayGuard();
     launch::describeApplication();
-    const launch::Request request = launch::parse(QApplication::arguments(), QDir::currentPath());
+    // Relative names follow the same rule as brevio-convert's: looked up in
+    // the working folder even when it is too deep to be named, never in "/".
+    const launch::Request request =
+        launch::parse(QApplication::arguments(), filePaths::workingFolder());
     if (request.exitStatus != launch::startWindow)
         return request.exitStatus;
 

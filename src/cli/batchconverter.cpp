@@ -1,12 +1,14 @@
 #include "cli/batchconverter.h"
 
 #include "cli/failurereason.h"
+#include "cli/namequoting.h"
 #include "convert/convert.h"
 #include "convert/runonpool.h"
 #include "files/filepaths.h"
 
 #include <QHash>
 
+#include <cerrno>
 #include <unistd.h>
 
 namespace {
@@ -18,12 +20,15 @@ namespace {
 constexpr int watchdogIntervalMs = 500;
 constexpr int idleChecksBeforeGivingUp = 6;
 
-void printLine(std::FILE* stream, const QString& line) {
+// Writes one line and flushes it; the errno of the first failure, or 0.
+int printLine(std::FILE* stream, const QString& line) {
     // The locale's codec gives a file name back byte for byte.
-    const QByteArray bytes = line.toLocal8Bit();
-    std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stream);
-    std::fputc('\n', stream);
-    std::fflush(stream);
+    const QByteArray bytes = line.toLocal8Bit() + '\n';
+    errno = 0;
+    if (std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stream) != size_t(bytes.size()) ||
+        std::fflush(stream) != 0)
+        return errno != 0 ? errno : EIO;
+    return 0;
 }
 
 } // namespace
@@ -37,6 +42,13 @@ BatchConverter::BatchConverter(const QStringList& files, std::FILE* out, std::FI
         Entry entry;
         entry.given = files[index];
         entry.jsonPath = filePaths::absolute(entry.given);
+        if (entry.jsonPath.isEmpty()) {
+            // A relative name in a working folder that is gone: there is
+            // no other place to look for it, "/" least of all.
+            entry.ended = true;
+            entry.reason = QStringLiteral("cannot be opened: the working folder no longer exists");
+            ++endedCount;
+        }
         entry.reportPath = filePaths::reportFor(entry.jsonPath);
         entries.append(entry);
         started[size_t(index)] = false;
@@ -49,12 +61,16 @@ void BatchConverter::settleSharedReports() {
     QHash<QString, int> firstForReport;
     for (int index = 0; index < entries.size(); ++index) {
         Entry& entry = entries[index];
+        if (entry.ended)
+            continue;
         const QString key = filePaths::reportKey(entry.reportPath);
         const auto first = firstForReport.constFind(key);
         if (first == firstForReport.constEnd()) {
             firstForReport.insert(key, index);
             continue;
         }
+        if (entry.ended)
+            continue;
         const Entry& original = entries[*first];
         const filePaths::Identity configuration = filePaths::identityOf(entry.jsonPath);
         const bool sameConfiguration =
@@ -62,7 +78,7 @@ void BatchConverter::settleSharedReports() {
             (configuration.exists && configuration == filePaths::identityOf(original.jsonPath));
         entry.ended = true;
         entry.converted = sameConfiguration;
-        entry.reason = QStringLiteral("same report as ") + original.given;
+        entry.reason = QStringLiteral("same report as ") + nameQuoting::quoted(original.given);
         ++endedCount;
     }
 }
@@ -150,16 +166,36 @@ void BatchConverter::flushReady() {
         std::fputs("\r\033[K", err);
     for (; nextToPrint < entries.size() && entries[nextToPrint].ended; ++nextToPrint) {
         const Entry& entry = entries[nextToPrint];
-        const QString prefix =
-            QStringLiteral("brevio-convert: ") + entry.given + QStringLiteral(": ");
+        const QString prefix = QStringLiteral("brevio-convert: ") +
+                               nameQuoting::quoted(entry.given) + QStringLiteral(": ");
         for (const QString& warning : entry.warnings)
-            printLine(err, prefix + QStringLiteral("warning: ") + warning);
+            writeError(prefix + QStringLiteral("warning: ") + warning);
         if (entry.converted && entry.reason.isEmpty())
-            printLine(out, entry.reportPath);
+            writeReport(nameQuoting::quoted(entry.reportPath));
         else
-            printLine(err, prefix + entry.reason);
+            writeError(prefix + entry.reason);
     }
     showProgress();
+}
+
+void BatchConverter::writeReport(const QString& line) {
+    // After the first failure the list is broken; the reports are still
+    // written, and the failure is told once, at the end.
+    if (outError == 0)
+        outError = printLine(out, line);
+}
+
+void BatchConverter::writeError(const QString& line) {
+    if (errError == 0)
+        errError = printLine(err, line);
+}
+
+int BatchConverter::outputError() const {
+    return outError;
+}
+
+int BatchConverter::errorOutputError() const {
+    return errError;
 }
 
 void BatchConverter::showProgress() {

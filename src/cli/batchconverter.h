@@ -30,6 +30,10 @@ public:
     // such a job as active and would wait for it forever when the program
     // ends, so the program has to end without waiting for the pool.
     bool threadsLost() const;
+    // The errno of the first write to the report list (out) or to the
+    // messages (err) that failed, or 0.
+    int outputError() const;
+    int errorOutputError() const;
 
 signals:
     void done();
@@ -54,6 +58,8 @@ private:
     void checkForLostJobs();
     void flushReady();
     void showProgress();
+    void writeReport(const QString& line);
+    void writeError(const QString& line);
 
     QVector<Entry> entries;
     // Set by each job's task the moment a pool thread runs it.
@@ -66,6 +72,8 @@ private:
     std::FILE* out;
     std::FILE* err;
     bool progressOnTerminal;
+    int outError = 0;
+    int errError = 0;
 };
 
 #endif

@@ -32,7 +32,13 @@ QString forOutcome(const ConversionOutcome& outcome) {
         return notWritten(outcome);
     case Reason::LabelsUndrawable:
         return QStringLiteral("report not written (no font can draw its text)");
+    case Reason::FileSizeLimit:
+        return outcome.olderReportKept
+                   ? QStringLiteral("report not written (file size limit; the old report was "
+                                    "left in place)")
+                   : QStringLiteral("report not written (file size limit)");
     case Reason::OutOfMemory:
+        return QStringLiteral("not converted (out of memory)");
     case Reason::NotRun:
         break;
     }

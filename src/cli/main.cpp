@@ -1,13 +1,20 @@
 #include "cli/batchconverter.h"
 #include "convert/bootstrap.h"
+#include "files/temporaryfolders.h"
 
 #include <QCommandLineParser>
 #include <QGuiApplication>
 #include <QThreadPool>
 #include <QTimer>
 
+#include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <new>
+#include <unistd.h>
 
 namespace {
 
@@ -30,18 +37,91 @@ int usageError(const QCommandLineParser& parser, const QString& message) {
     return bootstrap::usageError(programName(), message, parser.helpText());
 }
 
+// A standard stream that was closed by whoever started us would be the
+// number the next open() returns: the report list would go into a
+// configuration or a report. A descriptor that fails every write stands in
+// for it, so that the loss is noticed and told.
+void keepStandardStreamsTaken() {
+    for (int fd = STDIN_FILENO; fd <= STDERR_FILENO; ++fd)
+        if (::fcntl(fd, F_GETFD) == -1 && errno == EBADF) {
+            const int placeholder = ::open("/dev/null", O_RDONLY);
+            if (placeholder >= 0 && placeholder != fd) {
+                ::dup2(placeholder, fd);
+                ::close(placeholder);
+            }
+        }
+}
+
+void setUpSignals() {
+    // A reader that goes away (| head -1) is a failed write, told and
+    // counted like any other; a report past the file size limit is a
+    // failed write as well, and the next file is converted.
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
+    // Ctrl-C, a closed terminal or kill remove the running jobs' temporary
+    // folders and end the process by that signal.
+    temporaryFolders::removeOnInterrupt();
+}
+
+// Flushes standard output and standard error and tells a failure: a report
+// list that did not reach its reader is not a success. The streams stay
+// open for whatever the toolkit still says on its way out.
+int finishOutput(int status, int listError) {
+    errno = 0;
+    if (listError == 0 && (std::fflush(stdout) != 0 || std::ferror(stdout) != 0))
+        listError = errno != 0 ? errno : EIO;
+    if (listError != 0) {
+        std::fprintf(stderr, "brevio-convert: cannot write the report list: %s\n",
+                     std::strerror(listError));
+        status = exitNotConverted;
+    }
+    if (std::fflush(stderr) != 0 || std::ferror(stderr) != 0)
+        status = exitNotConverted;
+    return status;
+}
+
+int run(int argc, char* argv[]);
+
 } // namespace
 
 int main(int argc, char* argv[]) {
-    // A headless tool: draw without any display unless told otherwise.
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+    keepStandardStreamsTaken();
+    setUpSignals();
+    try {
+        return run(argc, argv);
+    } catch (const std::bad_alloc&) {
+        // Outside every job: nothing is half-written, the jobs' folders are
+        // gone with them, and the list printed so far stays true.
+        temporaryFolders::removeAllNow();
+        std::fputs("brevio-convert: out of memory\n", stderr);
+        std::fflush(stdout);
+        std::fflush(stderr);
+        std::_Exit(exitNotConverted);
+    }
+}
+
+namespace {
+
+int run(int argc, char* argv[]) {
+    // brevio-convert never shows anything: whatever platform the
+    // environment names (a display that is not there, a plugin that is not
+    // installed), it draws without one, and a platform theme has nothing to
+    // do.
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qunsetenv("QT_QPA_PLATFORMTHEME");
     if (qEnvironmentVariableIsEmpty("BREVIO_DEBUG"))
         qInstallMessageHandler(quietToolkit);
-    QGuiApplication app(argc, argv);
+    // The toolkit gets the program name alone: its own options (-platform,
+    // -display, -style) are not this tool's, and a file may have such a
+    // name.
+    static int toolkitArgc = 1;
+    QGuiApplication app(toolkitArgc, argv);
     // Before the arguments are read: file names that are not UTF-8 must
     // come through byte for byte.
     bootstrap::initApplication(programName());
+    QStringList arguments;
+    for (int index = 0; index < argc; ++index)
+        arguments.append(QString::fromLocal8Bit(argv[index]));
 
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
@@ -57,28 +137,32 @@ int main(int argc, char* argv[]) {
                                  QStringLiteral("Configuration files to convert."),
                                  QStringLiteral("FILE..."));
 
-    if (!parser.parse(QCoreApplication::arguments()))
-        return usageError(parser, parser.errorText());
-    if (parser.isSet(helpOption)) {
+    if (!parser.parse(arguments))
+        return finishOutput(usageError(parser, parser.errorText()), 0);
+    // --help-all would add the toolkit's own options, which this tool does
+    // not take: the same help.
+    if (parser.isSet(helpOption) || parser.isSet(QStringLiteral("help-all"))) {
         std::fputs(qPrintable(parser.helpText()), stdout);
-        return exitConverted;
+        return finishOutput(exitConverted, 0);
     }
     if (parser.isSet(versionOption)) {
         bootstrap::printVersion(programName());
-        return exitConverted;
+        return finishOutput(exitConverted, 0);
     }
     if (parser.isSet(jobsOption)) {
         bool ok = false;
         const int jobs = parser.value(jobsOption).toInt(&ok);
         if (!ok || jobs < 1)
-            return usageError(parser, QStringLiteral("--jobs needs a whole number of at least 1, "
-                                                     "not \"%1\"")
-                                          .arg(parser.value(jobsOption)));
+            return finishOutput(
+                usageError(parser, QStringLiteral("--jobs needs a whole number of at least 1, "
+                                                  "not \"%1\"")
+                                       .arg(parser.value(jobsOption))),
+                0);
         QThreadPool::globalInstance()->setMaxThreadCount(jobs);
     }
     const QStringList files = parser.positionalArguments();
     if (files.isEmpty())
-        return usageError(parser, QStringLiteral("no files given"));
+        return finishOutput(usageError(parser, QStringLiteral("no files given")), 0);
 
     BatchConverter batch(files, stdout, stderr);
     QObject::connect(&batch, &BatchConverter::done, &app, &QCoreApplication::quit,
@@ -86,12 +170,14 @@ int main(int argc, char* argv[]) {
     // Jobs start from inside the event loop that receives their signals.
     QTimer::singleShot(0, &batch, &BatchConverter::start);
     app.exec();
-    const int status = batch.allConverted() ? exitConverted : exitNotConverted;
-    if (batch.threadsLost()) {
-        // The pool waits at exit for the jobs it could not start, forever.
-        std::fflush(stdout);
-        std::fflush(stderr);
+    int status = batch.allConverted() ? exitConverted : exitNotConverted;
+    if (batch.errorOutputError() != 0)
+        status = exitNotConverted;
+    status = finishOutput(status, batch.outputError());
+    // The pool waits at exit for the jobs it could not start, forever.
+    if (batch.threadsLost())
         std::_Exit(status);
-    }
     return status;
 }
+
+} // namespace

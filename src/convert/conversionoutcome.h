@@ -37,6 +37,9 @@ public:
         CommitFailed,
         // Written, but not even the report's own labels could be drawn.
         LabelsUndrawable,
+        // The printer stopped at the file size limit of the process
+        // (ulimit -f), not at a full disk.
+        FileSizeLimit,
     };
     Q_ENUM(Reason)
 

@@ -9,6 +9,7 @@
 #include <QJsonDocument>
 #include <QJsonParseError>
 
+#include <cstdlib>
 #include <new>
 
 convert::convert(QObject* parent) : QObject(parent) {}
@@ -50,6 +51,7 @@ void convert::readJsonFile(QString jsonPath, QString pdfPath) {
         // A syntax error is not a failure: the empty object it leaves behind
         // still gives a report, with every value empty.
         readMainConfiguration(parseConfiguration(content));
+        checkRoomForText();
         printPdf(pdfPath);
         return true;
     };
@@ -123,6 +125,41 @@ bool labelsDrawable() {
 
 } // namespace
 
+namespace {
+
+// What laying out one character of a line takes at most, all of Qt's text
+// engine's arrays together (a 40-million-character line peaks at about 40
+// bytes a character), with room to spare.
+constexpr size_t layoutBytesPerCharacter = 64;
+
+int longestString(const QVector<QVariant>& values) {
+    int longest = 0;
+    for (const QVariant& value : values)
+        if (value.userType() == QMetaType::QString)
+            longest = qMax(longest, value.toString().size());
+    return longest;
+}
+
+} // namespace
+
+void convert::checkRoomForText() const {
+    // Qt's text layout does not check its allocations: a line too long for
+    // the memory that is left crashes it instead of throwing. Asking for
+    // that memory first turns the shortage into a std::bad_alloc, which
+    // ends the job as "out of memory"; the block is given back at once.
+    int longest = sourcePath.size();
+    for (const QVector<QVariant>* values :
+         {&mainValues, &displayValues, &tlfValues, &modbusValues, &serviceValues})
+        longest = qMax(longest, longestString(*values));
+    for (const QVector<QVector<QVariant>>* rows : {&outputValues, &relaisValues, &offsetValues})
+        for (const QVector<QVariant>& row : *rows)
+            longest = qMax(longest, longestString(row));
+    void* volatile room = std::malloc(size_t(longest) * layoutBytesPerCharacter + 1);
+    if (room == nullptr)
+        throw std::bad_alloc();
+    std::free(room);
+}
+
 void convert::recordReport(const ReportFile& output, bool written) {
     using Reason = ConversionOutcome::Reason;
     if (written) {
@@ -134,6 +171,9 @@ void convert::recordReport(const ReportFile& output, bool written) {
             break;
         case ReportFile::Failure::Incomplete:
             result.fail(Reason::ReportIncomplete);
+            break;
+        case ReportFile::Failure::FileSizeLimit:
+            result.fail(Reason::FileSizeLimit, output.errorString());
             break;
         case ReportFile::Failure::NotSaved:
             result.fail(Reason::CommitFailed, output.errorString());

@@ -98,6 +98,14 @@ private:
     // and whether the report is usable at all.
     void checkDrawnText();
 
+    // Throws std::bad_alloc when the memory left is too little to lay out
+    // the longest text the report draws.
+    void checkRoomForText() const;
+
+    // Draws the whole report, header and every section, on an active
+    // painter.
+    void drawReport(QPainter& painter, QPrinter& printer);
+
     // Advances reportCursor by one line step, starting a printer page when
     // the step crosses the page limit.
     void advanceLine(QPrinter& printer);

@@ -13,6 +13,8 @@
 #include <QPrinter>
 #include <QRectF>
 
+#include <memory>
+
 using namespace reportLayout;
 
 namespace {
@@ -68,17 +70,19 @@ void convert::advanceLine(QPrinter& printer) {
 
 void convert::printPdf(QString pdfPath) {
     loadPrintSupportOnce();
-    QPrinter printer(QPrinter::HighResolution);
-    setUpPrinter(printer, mainValues.value(0).toString(), sourcePath);
+    // On the heap, so that a failure halfway can leave them undestroyed: see
+    // below.
+    std::unique_ptr<QPrinter> printer(new QPrinter(QPrinter::HighResolution));
+    setUpPrinter(*printer, mainValues.value(0).toString(), sourcePath);
 
     pdfPath = filePaths::reportFor(pdfPath);
     // Jobs of this process take turns at one report, and each draws into a
     // file of its own that replaces the report only once it is complete.
     const ReportLock turn(filePaths::reportKey(pdfPath));
     ReportFile output(pdfPath);
-    printer.setOutputFileName(output.temporaryPath());
-    QPainter painter;
-    if (!output.isOpen() || !painter.begin(&printer)) {
+    printer->setOutputFileName(output.temporaryPath());
+    std::unique_ptr<QPainter> painter(new QPainter);
+    if (!output.isOpen() || !painter->begin(printer.get())) {
         // There is nothing to draw on, but the job still counts through its
         // steps and finishes; an older report stays as it was.
         recordReport(output, false);
@@ -86,7 +90,28 @@ void convert::printPdf(QString pdfPath) {
             emit newPbarValue(step);
         return;
     }
+    try {
+        drawReport(*painter, *printer);
+        painter->end();
+    } catch (...) {
+        // Running out of memory while drawing: an active painter's
+        // destructor ends the document, which allocates and may throw
+        // again, and a second exception during unwinding is the end of
+        // the process. The document is ended here instead, where a failure
+        // can be caught; when even that fails, painter and printer are
+        // given up undestroyed, a small leak in place of an abort.
+        try {
+            painter->end();
+        } catch (...) {
+            Q_UNUSED(painter.release())
+            Q_UNUSED(printer.release())
+        }
+        throw;
+    }
+    recordReport(output, output.commit());
+}
 
+void convert::drawReport(QPainter& painter, QPrinter& printer) {
     bodyFont.setPixelSize(bodyPixelSize);
     QFont pathFont;
     pathFont.setPixelSize(pathPixelSize);
@@ -121,8 +146,6 @@ void convert::printPdf(QString pdfPath) {
     emit newPbarValue(16);
     printService(painter, printer);
     emit newPbarValue(17);
-    painter.end();
-    recordReport(output, output.commit());
 }
 
 void convert::printGeneral(QPainter& painter, QPrinter& printer) {

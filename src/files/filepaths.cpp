@@ -7,14 +7,29 @@
 
 namespace filePaths {
 
-QString absolute(const QString& path) {
+QString workingFolder() {
     // currentPath() is getcwd(): the physical folder, links already resolved.
-    return absolute(path, QDir::currentPath());
+    const QString current = QDir::currentPath();
+    if (!current.isEmpty())
+        return current;
+    // A folder that is gone keeps no links: it can hold no file.
+    struct stat info {};
+    if (::stat(".", &info) != 0 || info.st_nlink == 0)
+        return QString();
+    return QStringLiteral(".");
+}
+
+QString absolute(const QString& path) {
+    return absolute(path, workingFolder());
 }
 
 QString absolute(const QString& path, const QString& base) {
     if (path.startsWith(QLatin1Char('/')))
         return path;
+    if (base == QLatin1String("."))
+        return path;
+    if (base.isEmpty())
+        return QString();
     if (base.endsWith(QLatin1Char('/')))
         return base + path;
     return base + QLatin1Char('/') + path;

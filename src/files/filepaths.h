@@ -10,8 +10,17 @@
 // the kernel knows, so paths are handed to it as given.
 namespace filePaths {
 
-// path made absolute by putting base (by default the working directory) in
-// front when it is relative; nothing else changes.
+// The folder relative names are taken from, as a name to put in front of
+// them: getcwd()'s answer; "." when the working folder is there but cannot
+// be named (its path is longer than the system takes, deeper than 4096
+// bytes, or a folder above it cannot be read), so that relative names stay
+// relative and the kernel looks them up in the working folder itself; empty
+// when the working folder has been removed and holds nothing.
+QString workingFolder();
+
+// path made absolute by putting base (by default workingFolder()) in front
+// when it is relative; nothing else changes. A base of "." keeps a relative
+// path as it is; an empty base gives an empty path, never a name in "/".
 QString absolute(const QString& path);
 QString absolute(const QString& path, const QString& base);
 

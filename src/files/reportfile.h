@@ -12,7 +12,8 @@
 // flushes it to the disk and renames it over the report's name in one step:
 // a link at that name is replaced, never followed; a hard-linked name gets a
 // new file; an older report stays whole until then, and stays whole when
-// anything fails. Whatever is left is removed when the object goes.
+// anything fails. Whatever is left is removed when the object goes, or by
+// the signal handler of temporaryFolders when the process is interrupted.
 class ReportFile {
 public:
     explicit ReportFile(const QString& reportPath);
@@ -20,7 +21,9 @@ public:
     ReportFile(const ReportFile&) = delete;
     ReportFile& operator=(const ReportFile&) = delete;
 
-    enum class Failure { None, NoFolder, Incomplete, NotSaved };
+    // Incomplete: the printer stopped before the end; FileSizeLimit: it
+    // stopped because the file reached the process's size limit.
+    enum class Failure { None, NoFolder, Incomplete, FileSizeLimit, NotSaved };
 
     // False when no folder could be created next to the report (no write
     // permission, no such folder): the report cannot be written.
@@ -47,10 +50,15 @@ private:
     QByteArray reportName;
     QByteArray folder;
     QByteArray file;
+    // The owner record's descriptor, locked while the folder is in use, and
+    // the folder's place in the registry of temporary folders.
+    int ownerFd = -1;
+    int registration = -1;
     Failure failed = Failure::None;
     QString error;
 
     bool fail(Failure why, int errorNumber = 0);
+    static bool reachedSizeLimit(qint64 size);
 };
 
 #endif

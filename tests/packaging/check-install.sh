@@ -20,4 +20,15 @@ check_man_pages "$root"
 check_completion "$root"
 check_window_version "$root" "$version"
 check_conversion "$root" "$report_check"
+
+# A user whose umask is 077 installs: the folders are still open to everyone
+# (0755), and so are the files.
+dest077=$(mktemp -d)
+trap 'rm -rf "$dest" "$dest077"' EXIT
+(umask 077 && DESTDIR=$dest077 cmake --install "$build" --prefix /usr >/dev/null) ||
+    fail "cmake --install under umask 077"
+closed=$(find "$dest077/usr" -type d ! -perm 0755)
+[ -z "$closed" ] || fail "folders not 0755 after an install under umask 077: $closed"
+unreadable=$(find "$dest077/usr" -type f ! -perm -0444)
+[ -z "$unreadable" ] || fail "files not readable by everyone after an install under umask 077: $unreadable"
 echo "installed tree OK"

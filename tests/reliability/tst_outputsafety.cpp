@@ -224,7 +224,9 @@ void TestOutputSafety::diskFullInProcess() {
 }
 
 // Runs brevio-convert on json with files capped at capBytes and checks that
-// it reports the report as not written, in the words expected.
+// it reports the report as not written, in the words expected. The cap
+// stands in for a full disk; brevio-convert tells the two apart and names
+// the cap.
 bool convertOnFullDiskIsReported(const QString& json, const QString& reason) {
     const ProcessRun cli =
         runProcess(QStringLiteral("prlimit"),
@@ -245,7 +247,8 @@ void TestOutputSafety::diskFullForBrevioConvert() {
     QTemporaryDir dir;
     const QString json = writeFile(dir.path(), QStringLiteral("anlage.json"), example());
     const QByteArray hash = fileHash(json);
-    QVERIFY(convertOnFullDiskIsReported(json, QStringLiteral("report not written")));
+    QVERIFY(
+        convertOnFullDiskIsReported(json, QStringLiteral("report not written (file size limit)")));
     QVERIFY(!QFileInfo::exists(reportPathFor(json)));
     QCOMPARE(fileHash(json), hash);
 }
@@ -260,7 +263,8 @@ void TestOutputSafety::olderReportSurvivesFullDisk() {
     QVERIFY(older.size() > capBytes);
     const QString json = dir.filePath(QStringLiteral("older.json"));
     QVERIFY(convertOnFullDiskIsReported(
-        json, QStringLiteral("report not written (the old report was left in place)")));
+        json, QStringLiteral("report not written (file size limit; the old report was left in "
+                             "place)")));
     QCOMPARE(readAll(reportPathFor(json)), older);
     QCOMPARE(QDir(dir.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
              (QStringList{QStringLiteral("older.json"), QStringLiteral("older.pdf")}));

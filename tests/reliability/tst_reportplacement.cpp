@@ -422,7 +422,7 @@ void TestReportPlacement::outOfMemory() {
     QVERIFY(ranToAnEnd(run));
     QCOMPARE(run.exitCode, 1);
     QCOMPARE(run.out, path(QStringLiteral("small.pdf")) + QLatin1Char('\n'));
-    QCOMPARE(run.err, QStringLiteral("brevio-convert: huge.json: not converted\n"));
+    QCOMPARE(run.err, QStringLiteral("brevio-convert: huge.json: not converted (out of memory)\n"));
     QVERIFY(!QFileInfo::exists(path(QStringLiteral("huge.pdf"))));
     QCOMPARE(folderEntries(dir->path()),
              (QStringList{QStringLiteral("huge.json"), QStringLiteral("small.json"),
