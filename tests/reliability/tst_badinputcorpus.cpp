@@ -1,4 +1,4 @@
-// Every file of the bad-input corpus (tests/data/badinput), plus the huge
+// Every file of the bad-input corpus (data/badinput), plus the huge
 // and special ones made at run time, converted once by a job and once by
 // brevio-convert. expected.tsv says for each whether a report comes out or
 // the job aborts, which texts the report must show and what brevio-convert
@@ -21,7 +21,7 @@ using namespace reliability;
 
 namespace {
 
-const QString corpusDir = QStringLiteral(BREVIO_SOURCE_DIR "/tests/data/badinput/");
+const QString corpusDir = testData(QStringLiteral("badinput/"));
 constexpr int jobTimeoutMs = 900000;
 
 struct Expectation {
