@@ -1,12 +1,39 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds incrementally and runs every test.
+# Installs what is missing, builds incrementally and runs the tests.
+#   ./test.sh          the quick loop: every test labelled "quick" (the
+#                      window's included), a few minutes at most
+#   ./test.sh --deep   what CI runs: warnings as errors, every test (the slow
+#                      "deep" ones and the "packaging" ones too), then the
+#                      whole suite but packaging under AddressSanitizer and
+#                      UndefinedBehaviorSanitizer, then 60 s of fuzzing
 set -euo pipefail
 cd "$(dirname "$0")"
 
+deep=no
+case "${1:-}" in
+'') ;;
+--deep) deep=yes ;;
+*)
+    echo "usage: $0 [--deep]" >&2
+    exit 2
+    ;;
+esac
+
 tools/install-packages.sh test
-cmake -S . -B build -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DBREVIO_BUILD_TESTS=ON >/dev/null
+configure=(-DCMAKE_BUILD_TYPE=RelWithDebInfo -DBREVIO_BUILD_TESTS=ON)
+# The quick loop leaves BREVIO_WERROR as the build folder has it, so it
+# does not rebuild everything after a deep run.
+[ "$deep" = yes ] && configure+=(-DBREVIO_WERROR=ON)
+cmake -S . -B build -G Ninja "${configure[@]}" >/dev/null
 cmake --build build
-(cd build && QT_QPA_PLATFORM=offscreen ctest --output-on-failure --parallel 2)
+
+cd build
+if [ "$deep" = no ]; then
+    QT_QPA_PLATFORM=offscreen ctest --output-on-failure --parallel 2 -L quick
+    exit 0
+fi
+QT_QPA_PLATFORM=offscreen ctest --output-on-failure --parallel 2
+cd ..
 
 # The same suite once more with AddressSanitizer and UndefinedBehaviorSanitizer,
 # then a bounded fuzzing run of a whole conversion job (clang's libFuzzer).

@@ -61,18 +61,14 @@ QStringList folderEntries(const QString& folder) {
     return names;
 }
 
-QString testData(const QString& name) {
-    return QStringLiteral(BREVIO_SOURCE_DIR "/tests/data/") + name;
-}
-
 QString exampleFile(const QString& name) {
     return QStringLiteral(BREVIO_SOURCE_DIR "/examples/") + name;
 }
 
-QString copyTestData(const QString& name, const QString& dir, const QString& as) {
-    const QString target = QDir(dir).filePath(as.isEmpty() ? QFileInfo(name).fileName() : as);
+QString copyInto(const QString& source, const QString& dir, const QString& as) {
+    const QString target = QDir(dir).filePath(as.isEmpty() ? QFileInfo(source).fileName() : as);
     QFile::remove(target);
-    QFile::copy(testData(name), target);
+    QFile::copy(source, target);
     QFile::setPermissions(target, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup |
                                       QFile::ReadOther);
     return target;

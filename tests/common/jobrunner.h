@@ -31,15 +31,29 @@ QString reportPathFor(const QString& jsonPath);
 // nothing was left behind.
 QStringList folderEntries(const QString& folder);
 
-// The absolute path of a file in tests/data.
-QString testData(const QString& name);
-
 // The absolute path of a bundled example configuration.
 QString exampleFile(const QString& name);
 
-// Copies a file from tests/data into dir under the given name and returns
-// the copy's path.
-QString copyTestData(const QString& name, const QString& dir, const QString& as = QString());
+// Copies a file into dir under the given name (its own when empty),
+// readable by everyone and writable by its owner, and returns the copy's path.
+QString copyInto(const QString& source, const QString& dir, const QString& as = QString());
+
+// Test files live in a data/ folder beside the sources of the suites that
+// use them; brevio_add_test names that folder in BREVIO_TEST_DATA_DIR, so
+// these are defined only in tests.
+#ifdef BREVIO_TEST_DATA_DIR
+// The absolute path of a file in the suite's data/ folder.
+inline QString testData(const QString& name) {
+    return QStringLiteral(BREVIO_TEST_DATA_DIR "/") + name;
+}
+
+// Copies a file from the suite's data/ folder into dir under the given name
+// and returns the copy's path.
+inline QString copyTestData(const QString& name, const QString& dir,
+                            const QString& as = QString()) {
+    return copyInto(testData(name), dir, as);
+}
+#endif
 
 // Writes bytes to dir/name and returns the path.
 QString writeFile(const QString& dir, const QString& name, const QByteArray& bytes);

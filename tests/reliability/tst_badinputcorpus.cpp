@@ -1,4 +1,4 @@
-// Every file of the bad-input corpus (tests/data/badinput), plus the huge
+// Every file of the bad-input corpus (data/badinput), plus the huge
 // and special ones made at run time, converted once by a job and once by
 // brevio-convert. expected.tsv says for each whether a report comes out or
 // the job aborts, which texts the report must show and what brevio-convert
@@ -21,7 +21,7 @@ using namespace reliability;
 
 namespace {
 
-const QString corpusDir = QStringLiteral(BREVIO_SOURCE_DIR "/tests/data/badinput/");
+const QString corpusDir = testData(QStringLiteral("badinput/"));
 constexpr int jobTimeoutMs = 900000;
 
 struct Expectation {
@@ -292,6 +292,16 @@ void checkReport(const QString& reportPath, const QStringList& texts, const char
     }
 }
 
+// The sanitizer run (tools/sanitize.sh) sets BREVIO_BIG_INPUT_ONCE=1. There
+// a conversion of the 100 MB file takes minutes, and brevio-convert would
+// parse it twice more (its job, then its warning), so that run converts it
+// once, with the job; the rows of every size still go both ways, and every
+// other run converts the 100 MB file both ways as well.
+bool convertOnlyOnce(const Expectation& row) {
+    return row.name == QLatin1String("huge-100mb.json") &&
+           qEnvironmentVariableIntValue("BREVIO_BIG_INPUT_ONCE") == 1;
+}
+
 QList<int> oneToSeventeen() {
     QList<int> values;
     for (int i = 1; i <= 17; ++i)
@@ -361,6 +371,10 @@ void TestBadInputCorpus::conversions() {
                  qPrintable(fingerprint(reportPath)));
     }
     QCOMPARE(fingerprint(path), before);
+    if (convertOnlyOnce(row)) {
+        qInfo("BREVIO_BIG_INPUT_ONCE=1: converted by the job only, not by brevio-convert");
+        return;
+    }
 
     // brevio-convert on the same file.
     const ProcessRun cli = convertCli(row, path);
