@@ -9,7 +9,8 @@ set -euo pipefail
 run_packages=(cmake ninja-build g++ pkg-config qtbase5-dev qtbase5-dev-tools fonts-dejavu-core
     fonts-wqy-microhei)
 test_packages=(libpoppler-qt5-dev poppler-utils xvfb xdotool imagemagick x11-utils python3-fonttools
-    fonts-dejavu-extra fontconfig desktop-file-utils appstream groff-base man-db lintian strace)
+    fonts-dejavu-extra fontconfig desktop-file-utils appstream groff-base man-db lintian strace
+    python3-pikepdf qpdf)
 package_packages=(dpkg-dev file)
 fuzz_packages=(clang libclang-rt-14-dev)
 

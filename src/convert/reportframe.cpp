@@ -29,9 +29,21 @@ const bool printServiceDetached = [] {
 }();
 
 // Decoded once per process; QImage is implicitly shared and only read, so
-// every job can draw the same copy from its own thread.
+// every job can draw the same copy from its own thread. An archived report
+// may hold no transparency, so the logo's alpha channel is laid onto the
+// page's white here: the page looks the same, and the PDF gets no soft mask.
 const QImage& reportLogo() {
-    static const QImage logo(QStringLiteral(":/img/veltrixLogoMain.png"));
+    static const QImage logo = [] {
+        const QImage drawn(QStringLiteral(":/img/veltrixLogoMain.png"));
+        if (!drawn.hasAlphaChannel())
+            return drawn;
+        QImage opaque(drawn.size(), QImage::Format_RGB32);
+        opaque.fill(Qt::white);
+        QPainter painter(&opaque);
+        painter.drawImage(0, 0, drawn);
+        painter.end();
+        return opaque;
+    }();
     return logo;
 }
 
@@ -49,6 +61,9 @@ void loadPrintSupportOnce() {
 
 void setUpPrinter(QPrinter& printer, const QString& plantName, const QString& sourcePath) {
     printer.setOutputFormat(QPrinter::PdfFormat);
+    // Reports are kept for years: PDF/A-1b, with XMP metadata that repeats
+    // the document information and an sRGB output intent.
+    printer.setPdfVersion(QPagedPaintDevice::PdfVersion_A1b);
     // Without an explicit page the size follows the machine's default
     // printer; the layout is made for A4 portrait.
     printer.setPageSize(QPageSize(QPageSize::A4));
