@@ -6,6 +6,7 @@
 #include "files/reportlock.h"
 
 #include <QFileInfo>
+#include <QFontMetrics>
 #include <QImage>
 #include <QPageLayout>
 #include <QPageSize>
@@ -76,6 +77,29 @@ void setUpPrinter(QPrinter& printer, const QString& plantName, const QString& so
 
 } // namespace
 
+void convert::drawLine(QPainter& painter, const QRect& box, const QString& text) {
+    painter.drawText(box, lineFlags, text);
+    // Measured as the painter lays it out on this device, in its font.
+    const QFontMetrics metrics(painter.font(), painter.device());
+    if (metrics.horizontalAdvance(text) <= box.width())
+        return;
+    // What the reader sees: the longest start of the text that ends within
+    // the box, found by halving, since a value may be tens of thousands of
+    // characters long.
+    int shown = 0;
+    int tooLong = text.size();
+    while (tooLong - shown > 1) {
+        const int middle = shown + (tooLong - shown) / 2;
+        if (metrics.horizontalAdvance(text.left(middle)) <= box.width())
+            shown = middle;
+        else
+            tooLong = middle;
+    }
+    if (shown < text.size() && text.at(shown).isLowSurrogate() && shown > 0)
+        --shown;
+    result.cutOff.append(text.left(shown));
+}
+
 void convert::advanceLine(QPrinter& printer) {
     if (newPage(reportCursor))
         printer.newPage();
@@ -142,27 +166,25 @@ void convert::printPdf(QString pdfPath) {
 
 void convert::printGeneral(QPainter& painter, QPrinter& printer) {
     painter.setFont(headingFont);
-    painter.drawText(QRect(marginLeft, reportCursor, fullWidth, headingLineHeight), lineFlags,
-                     tr("Allgemeine Einstellungen:"));
+    drawLine(painter, QRect(marginLeft, reportCursor, fullWidth, headingLineHeight),
+             tr("Allgemeine Einstellungen:"));
     advanceLine(printer);
     painter.setFont(bodyFont);
 
     if (mainValues.size() >= 8) {
         const int c = reportCursor;
         const QRect generalRight(rightColumnLeft, c, generalRightWidth, lineHeight);
-        painter.drawText(leftColumn(c), lineFlags, tr("Name: ") + mainValues[0].toString());
-        painter.drawText(leftColumn(c + lineStep), lineFlags,
-                         tr("Ort: ") + mainValues[2].toString());
-        painter.drawText(leftColumn(c + 2 * lineStep), lineFlags,
-                         tr("Spannungsuntergrenze [V]: ") + mainValues[4].toString());
-        painter.drawText(leftColumn(c + 3 * lineStep), lineFlags,
-                         tr("Versionsnummer: ") + mainValues[7].toString());
-        painter.drawText(generalRight, lineFlags,
-                         tr("Einheitensystem: ") + (mainValues[5].toInt() == 1
-                                                        ? QStringLiteral("Si")
-                                                        : QStringLiteral("Imp")));
-        painter.drawText(generalRight.translated(0, lineStep), lineFlags,
-                         tr("Höhe [m]: ") + mainValues[3].toString());
+        drawLine(painter, leftColumn(c), tr("Name: ") + mainValues[0].toString());
+        drawLine(painter, leftColumn(c + lineStep), tr("Ort: ") + mainValues[2].toString());
+        drawLine(painter, leftColumn(c + 2 * lineStep),
+                 tr("Spannungsuntergrenze [V]: ") + mainValues[4].toString());
+        drawLine(painter, leftColumn(c + 3 * lineStep),
+                 tr("Versionsnummer: ") + mainValues[7].toString());
+        drawLine(painter, generalRight,
+                 tr("Einheitensystem: ") +
+                     (mainValues[5].toInt() == 1 ? QStringLiteral("Si") : QStringLiteral("Imp")));
+        drawLine(painter, generalRight.translated(0, lineStep),
+                 tr("Höhe [m]: ") + mainValues[3].toString());
     }
     // The block takes the same room whether or not the configuration had
     // enough entries to draw its rows.
