@@ -10,7 +10,7 @@ run_packages=(cmake ninja-build g++ pkg-config qtbase5-dev qtbase5-dev-tools fon
     fonts-wqy-microhei qttranslations5-l10n)
 test_packages=(libpoppler-qt5-dev poppler-utils xvfb xdotool imagemagick x11-utils python3-fonttools
     fonts-dejavu-extra fontconfig desktop-file-utils appstream groff-base man-db lintian strace
-    clang-format)
+    clang-format python3-pikepdf qpdf)
 package_packages=(dpkg-dev file)
 fuzz_packages=(clang libclang-rt-14-dev)
 

@@ -99,6 +99,33 @@ def direct_cmap(font):
     font["cmap"].tables = kept + [table]
 
 
+# The Latin ligatures of Unicode's presentation forms (ff, fi, fl, ffi, ffl,
+# long s t, st). Drawn as single glyphs, they reach a PDF's text layer as
+# these code points, so a search for "Geöffnet" or "Offset" in a report
+# would miss them.
+LIGATURE_CODE_POINTS = range(0xFB00, 0xFB07)
+
+
+def drop_latin_ligatures(font):
+    # Only the substitutions that make these glyphs go; every other lookup
+    # (Arabic's required ligatures among them) stays. Without them the
+    # letters are drawn one by one with their own advance widths.
+    cmap = font.getBestCmap()
+    ligatures = {cmap[code] for code in LIGATURE_CODE_POINTS if code in cmap}
+    for lookup in font["GSUB"].table.LookupList.Lookup:
+        for subtable in lookup.SubTable:
+            if subtable.LookupType == 7:
+                subtable = subtable.ExtSubTable
+            if subtable.LookupType != 4:
+                continue
+            for first in list(subtable.ligatures):
+                kept = [lig for lig in subtable.ligatures[first] if lig.LigGlyph not in ligatures]
+                if kept:
+                    subtable.ligatures[first] = kept
+                else:
+                    del subtable.ligatures[first]
+
+
 def rename(font):
     for record in font["name"].names:
         if record.nameID not in RENAMED_IDS:
@@ -137,6 +164,7 @@ def main(arguments):
         if subsetting:
             keep_subset(font)
         strip_hinting(font)
+        drop_latin_ligatures(font)
         direct_cmap(font)
         rename(font)
         path = os.path.join(output, target)

@@ -12,6 +12,21 @@ QString notWritten(const ConversionOutcome& outcome) {
                : QStringLiteral("report not written");
 }
 
+// The first few cut lines as printed, each ending in "…" where the column
+// ends; a report with thousands of long values needs no list of them all.
+QString cutOffWarning(const QStringList& lines) {
+    constexpr int listed = 3;
+    QStringList quoted;
+    for (const QString& line : lines.mid(0, listed))
+        quoted << QLatin1Char('"') + line + QChar(0x2026) + QLatin1Char('"');
+    if (lines.size() > listed)
+        quoted << QStringLiteral("...");
+    return QStringLiteral("%1 %2 cut off at the column edge: %3")
+        .arg(lines.size())
+        .arg(lines.size() == 1 ? QStringLiteral("text is") : QStringLiteral("texts are"))
+        .arg(quoted.join(QStringLiteral(", ")));
+}
+
 } // namespace
 
 QString forOutcome(const ConversionOutcome& outcome) {
@@ -47,18 +62,27 @@ QString forOutcome(const ConversionOutcome& outcome) {
 
 QStringList warnings(const ConversionOutcome& outcome) {
     QStringList found;
+    // A report made from no configuration still prints every label, with
+    // what the readers make of missing values ("Imp", "Ja", "Grün"): such
+    // values look like facts, so the user is told where they come from.
+    const QString defaultsOnly = QStringLiteral("; the report shows only defaults");
     if (outcome.jsonInvalid)
-        found << QStringLiteral("not valid JSON (%1 at offset %2); the report has empty values")
-                     .arg(outcome.jsonError)
-                     .arg(outcome.jsonErrorOffset);
+        found << QStringLiteral("not valid JSON (%1 at offset %2)")
+                         .arg(outcome.jsonError)
+                         .arg(outcome.jsonErrorOffset) +
+                     defaultsOnly;
     else if (outcome.topLevelNotObject)
-        found << QStringLiteral("the top level is not a JSON object; the report has empty values");
+        found << QStringLiteral("the top level is not a JSON object") + defaultsOnly;
+    else if (outcome.noConfiguration)
+        found << QStringLiteral("no \"configuration\" object") + defaultsOnly;
     const int missing = outcome.undrawable.size();
     if (missing > 0)
         found << QStringLiteral("%1 %2 cannot be drawn: %3")
                      .arg(missing)
                      .arg(missing == 1 ? QStringLiteral("character") : QStringLiteral("characters"))
                      .arg(codePointList(outcome.undrawable));
+    if (!outcome.cutOff.isEmpty())
+        found << cutOffWarning(outcome.cutOff);
     return found;
 }
 

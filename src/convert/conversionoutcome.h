@@ -4,6 +4,7 @@
 #include <QMetaType>
 #include <QObject>
 #include <QString>
+#include <QStringList>
 #include <QVector>
 
 class QDebug;
@@ -59,6 +60,12 @@ public:
     int jsonErrorOffset = 0;
     // Valid JSON whose top level is not an object, such as an array.
     bool topLevelNotObject = false;
+    // An object without a "configuration" object: the report then shows
+    // only what the readers make of missing values.
+    bool noConfiguration = false;
+    // Each line cut off at its column's edge, as far as it is printed, in
+    // the order drawn.
+    QStringList cutOff;
     // Code points of the report's text that no font could draw, each once,
     // in order of appearance.
     QVector<uint> undrawable;

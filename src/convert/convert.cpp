@@ -86,6 +86,8 @@ QJsonObject convert::parseConfiguration(const QByteArray& content) {
         result.jsonErrorOffset = error.offset;
     } else if (!document.isObject()) {
         result.topLevelNotObject = true;
+    } else if (!document.object().value(QLatin1String("configuration")).isObject()) {
+        result.noConfiguration = true;
     }
     return document.object();
 }

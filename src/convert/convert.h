@@ -14,6 +14,7 @@
 
 class QPainter;
 class QPrinter;
+class QRect;
 class ReportFile;
 
 // One conversion: reads a device's JSON configuration into the record below
@@ -105,6 +106,11 @@ private:
     // Draws the whole report, header and every section, on an active
     // painter.
     void drawReport(QPainter& painter, QPrinter& printer);
+
+    // Draws one line of the report into box, left-aligned and centred
+    // vertically; what does not fit is cut at the box's edge, and the job
+    // notes the text so that nobody takes the cut value for the whole one.
+    void drawLine(QPainter& painter, const QRect& box, const QString& text);
 
     // Advances reportCursor by one line step, starting a printer page when
     // the step crosses the page limit.

@@ -30,19 +30,19 @@ void convert::printDisplay(QPainter& painter, QPrinter& printer) {
     // goes exactly there, even past the page limit; the first step below
     // then moves on to a new page.
     painter.setFont(headingFont);
-    painter.drawText(fullLine(reportCursor), lineFlags, tr("Display: "));
+    drawLine(painter, fullLine(reportCursor), tr("Display: "));
     painter.setFont(bodyFont);
     if (displayValues.size() < displayPrintedEntries)
         return;
 
     advanceLine(printer);
-    painter.drawText(leftColumn(reportCursor), lineFlags,
-                     tr("Status: ") + (displayValues[0].toBool() ? tr("Display vorhanden")
-                                                                 : tr("Kein Display vorhanden")));
+    drawLine(painter, leftColumn(reportCursor),
+             tr("Status: ") + (displayValues[0].toBool() ? tr("Display vorhanden")
+                                                         : tr("Kein Display vorhanden")));
 
     advanceLine(printer);
-    painter.drawText(leftColumn(reportCursor), lineFlags,
-                     tr("Helligkeit[%]: ") + displayValues[1].toString());
+    drawLine(painter, leftColumn(reportCursor),
+             tr("Helligkeit[%]: ") + displayValues[1].toString());
 
     // The file counts quarter turns. The product wraps around like the
     // firmware's int arithmetic instead of overflowing, so absurd counts
@@ -50,16 +50,14 @@ void convert::printDisplay(QPainter& painter, QPrinter& printer) {
     const unsigned quarterTurns = static_cast<unsigned>(displayValues[2].toInt());
     const int degrees = static_cast<int>(quarterTurns * quarterTurnDegrees);
     advanceLine(printer);
-    painter.drawText(leftColumn(reportCursor), lineFlags,
-                     tr("Rotation[°]: ") + QString::number(degrees));
+    drawLine(painter, leftColumn(reportCursor), tr("Rotation[°]: ") + QString::number(degrees));
 
     // Only the exact text "false" switches the function off; anything else,
     // a missing member included, counts as switched on.
     advanceLine(printer);
     const bool tlfOff = displayValues[3].toString() == QLatin1String("false");
-    painter.drawText(leftColumn(reportCursor), lineFlags,
-                     tr("TLF aktiviert: ") +
-                         (tlfOff ? QStringLiteral("Nein") : QStringLiteral("Ja")));
+    drawLine(painter, leftColumn(reportCursor),
+             tr("TLF aktiviert: ") + (tlfOff ? QStringLiteral("Nein") : QStringLiteral("Ja")));
     // The cursor stays on the last line; the traffic-light section makes its
     // own space.
 }

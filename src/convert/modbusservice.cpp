@@ -40,15 +40,14 @@ void convert::readService(const QJsonObject& service) {
 void convert::printModbus(QPainter& painter, QPrinter& printer) {
     // The relay section leaves the cursor on the heading's line.
     painter.setFont(headingFont);
-    painter.drawText(fullLine(reportCursor), lineFlags, tr("Modbus"));
+    drawLine(painter, fullLine(reportCursor), tr("Modbus"));
     painter.setFont(bodyFont);
     if (modbusValues.size() >= 5) {
         const QString labels[] = {tr("Offset: "), tr("Baudrate: "), tr("Adresse: "),
                                   tr("Übertragungsart: "), tr("Parität: ")};
         for (int i = 0; i < 5; ++i) {
             advanceLine(printer);
-            painter.drawText(leftColumn(reportCursor), lineFlags,
-                             labels[i] + modbusValues[i].toString());
+            drawLine(painter, leftColumn(reportCursor), labels[i] + modbusValues[i].toString());
         }
     }
 }
@@ -58,7 +57,7 @@ void convert::printService(QPainter& painter, QPrinter& printer) {
     advanceLine(printer);
     advanceLine(printer);
     painter.setFont(headingFont);
-    painter.drawText(fullLine(reportCursor), lineFlags, tr("Service: "));
+    drawLine(painter, fullLine(reportCursor), tr("Service: "));
     painter.setFont(bodyFont);
     if (serviceValues.size() >= 4) {
         const QString lines[] = {tr("Letzter Service: ") + datePart(serviceValues[0]),
@@ -69,7 +68,7 @@ void convert::printService(QPainter& painter, QPrinter& printer) {
                                      QLatin1Char(' ') + tr("Tage")};
         for (const QString& line : lines) {
             advanceLine(printer);
-            painter.drawText(leftColumn(reportCursor), lineFlags, line);
+            drawLine(painter, leftColumn(reportCursor), line);
         }
     }
 }

@@ -69,31 +69,30 @@ void convert::printOutput(QPainter& painter, QPrinter& printer) {
         const int row3 = top + 3 * lineStep;
 
         painter.setFont(headingFont);
-        painter.drawText(leftColumn(top), lineFlags,
-                         tr("Ausgang ") + QString::number(i + 1) + QStringLiteral(": ") +
-                             values[6].toString());
+        drawLine(painter, leftColumn(top),
+                 tr("Ausgang ") + QString::number(i + 1) + QStringLiteral(": ") +
+                     values[6].toString());
         painter.setFont(bodyFont);
 
         const QString unit = unitName(values[7].toInt());
         if (values[6].toString() == QLatin1String("PRESSURE")) {
             // A pressure channel has no fan behind it: no K-factor, maker or
             // response time, so its rows stay in the left column.
-            painter.drawText(leftColumn(row1), lineFlags, tr("Einheit: ") + unit);
-            painter.drawText(leftColumn(row2), lineFlags,
-                             tr("Messbereich Untergrenze: ") + values[8].toString());
-            painter.drawText(leftColumn(row3), lineFlags,
-                             tr("Messbereich Obergrenze: ") + values[9].toString());
+            drawLine(painter, leftColumn(row1), tr("Einheit: ") + unit);
+            drawLine(painter, leftColumn(row2),
+                     tr("Messbereich Untergrenze: ") + values[8].toString());
+            drawLine(painter, leftColumn(row3),
+                     tr("Messbereich Obergrenze: ") + values[9].toString());
         } else {
-            painter.drawText(leftColumn(row1), lineFlags, tr("K-Faktor: ") + values[3].toString());
-            painter.drawText(rightColumn(row1), lineFlags, tr("Einheit: ") + unit);
-            painter.drawText(leftColumn(row2), lineFlags,
-                             tr("Hersteller: ") + fanMakerName(values[4].toInt()));
-            painter.drawText(rightColumn(row2), lineFlags,
-                             tr("Messbereich Untergrenze: ") + values[8].toString());
-            painter.drawText(leftColumn(row3), lineFlags,
-                             tr("Ansprechzeit [s]: ") + values[5].toString());
-            painter.drawText(rightColumn(row3), lineFlags,
-                             tr("Messbereich Obergrenze: ") + values[9].toString());
+            drawLine(painter, leftColumn(row1), tr("K-Faktor: ") + values[3].toString());
+            drawLine(painter, rightColumn(row1), tr("Einheit: ") + unit);
+            drawLine(painter, leftColumn(row2),
+                     tr("Hersteller: ") + fanMakerName(values[4].toInt()));
+            drawLine(painter, rightColumn(row2),
+                     tr("Messbereich Untergrenze: ") + values[8].toString());
+            drawLine(painter, leftColumn(row3), tr("Ansprechzeit [s]: ") + values[5].toString());
+            drawLine(painter, rightColumn(row3),
+                     tr("Messbereich Obergrenze: ") + values[9].toString());
         }
         // No page check here: the next block's own check decides its page,
         // and the display heading after the last block relies on this line.

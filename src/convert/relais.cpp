@@ -58,16 +58,14 @@ void convert::printRelais(QPainter& painter, QPrinter& printer) {
         const int top = reportCursor;
 
         painter.setFont(headingFont);
-        painter.drawText(fullLine(top), lineFlags,
-                         tr("Relais") + QLatin1Char(' ') + QString::number(i + 1) +
-                             QStringLiteral(": ") + values[3].toString());
+        drawLine(painter, fullLine(top),
+                 tr("Relais") + QLatin1Char(' ') + QString::number(i + 1) + QStringLiteral(": ") +
+                     values[3].toString());
         painter.setFont(bodyFont);
 
         const int thresholdRow = top + lineStep;
-        painter.drawText(leftColumn(thresholdRow), lineFlags,
-                         tr("Schwellwert 1: ") + values[0].toString());
-        painter.drawText(rightColumn(thresholdRow), lineFlags,
-                         tr("Schwellwert 2: ") + values[1].toString());
+        drawLine(painter, leftColumn(thresholdRow), tr("Schwellwert 1: ") + values[0].toString());
+        drawLine(painter, rightColumn(thresholdRow), tr("Schwellwert 2: ") + values[1].toString());
 
         // A state is open only when it is exactly 0 (number or text). The
         // state lines are not page-checked: a relay keeps its states together
@@ -80,8 +78,7 @@ void convert::printRelais(QPainter& painter, QPrinter& printer) {
             const QString word = states.at(k - 1) == QLatin1String("0")
                                      ? QStringLiteral("Geöffnet")
                                      : QStringLiteral("Geschlossen");
-            painter.drawText(leftColumn(int(stateTop)), lineFlags,
-                             tr("Zustand %1: ").arg(k) + word);
+            drawLine(painter, leftColumn(int(stateTop)), tr("Zustand %1: ").arg(k) + word);
         }
         // One empty line follows the last state (or the threshold row).
         const qint64 next = top + 3 * qint64(lineStep) + qint64(lineStep) * states.size();

@@ -6,6 +6,7 @@
 #include "files/reportlock.h"
 
 #include <QFileInfo>
+#include <QFontMetrics>
 #include <QImage>
 #include <QPageLayout>
 #include <QPageSize>
@@ -31,9 +32,21 @@ const bool printServiceDetached = [] {
 }();
 
 // Decoded once per process; QImage is implicitly shared and only read, so
-// every job can draw the same copy from its own thread.
+// every job can draw the same copy from its own thread. An archived report
+// may hold no transparency, so the logo's alpha channel is laid onto the
+// page's white here: the page looks the same, and the PDF gets no soft mask.
 const QImage& reportLogo() {
-    static const QImage logo(QStringLiteral(":/img/veltrixLogoMain.png"));
+    static const QImage logo = [] {
+        const QImage drawn(QStringLiteral(":/img/veltrixLogoMain.png"));
+        if (!drawn.hasAlphaChannel())
+            return drawn;
+        QImage opaque(drawn.size(), QImage::Format_RGB32);
+        opaque.fill(Qt::white);
+        QPainter painter(&opaque);
+        painter.drawImage(0, 0, drawn);
+        painter.end();
+        return opaque;
+    }();
     return logo;
 }
 
@@ -51,6 +64,9 @@ void loadPrintSupportOnce() {
 
 void setUpPrinter(QPrinter& printer, const QString& plantName, const QString& sourcePath) {
     printer.setOutputFormat(QPrinter::PdfFormat);
+    // Reports are kept for years: PDF/A-1b, with XMP metadata that repeats
+    // the document information and an sRGB output intent.
+    printer.setPdfVersion(QPagedPaintDevice::PdfVersion_A1b);
     // Without an explicit page the size follows the machine's default
     // printer; the layout is made for A4 portrait.
     printer.setPageSize(QPageSize(QPageSize::A4));
@@ -62,6 +78,29 @@ void setUpPrinter(QPrinter& printer, const QString& plantName, const QString& so
 }
 
 } // namespace
+
+void convert::drawLine(QPainter& painter, const QRect& box, const QString& text) {
+    painter.drawText(box, lineFlags, text);
+    // Measured as the painter lays it out on this device, in its font.
+    const QFontMetrics metrics(painter.font(), painter.device());
+    if (metrics.horizontalAdvance(text) <= box.width())
+        return;
+    // What the reader sees: the longest start of the text that ends within
+    // the box, found by halving, since a value may be tens of thousands of
+    // characters long.
+    int shown = 0;
+    int tooLong = text.size();
+    while (tooLong - shown > 1) {
+        const int middle = shown + (tooLong - shown) / 2;
+        if (metrics.horizontalAdvance(text.left(middle)) <= box.width())
+            shown = middle;
+        else
+            tooLong = middle;
+    }
+    if (shown < text.size() && text.at(shown).isLowSurrogate() && shown > 0)
+        --shown;
+    result.cutOff.append(text.left(shown));
+}
 
 void convert::advanceLine(QPrinter& printer) {
     if (newPage(reportCursor))
@@ -150,27 +189,25 @@ void convert::drawReport(QPainter& painter, QPrinter& printer) {
 
 void convert::printGeneral(QPainter& painter, QPrinter& printer) {
     painter.setFont(headingFont);
-    painter.drawText(QRect(marginLeft, reportCursor, fullWidth, headingLineHeight), lineFlags,
-                     tr("Allgemeine Einstellungen:"));
+    drawLine(painter, QRect(marginLeft, reportCursor, fullWidth, headingLineHeight),
+             tr("Allgemeine Einstellungen:"));
     advanceLine(printer);
     painter.setFont(bodyFont);
 
     if (mainValues.size() >= 8) {
         const int c = reportCursor;
         const QRect generalRight(rightColumnLeft, c, generalRightWidth, lineHeight);
-        painter.drawText(leftColumn(c), lineFlags, tr("Name: ") + mainValues[0].toString());
-        painter.drawText(leftColumn(c + lineStep), lineFlags,
-                         tr("Ort: ") + mainValues[2].toString());
-        painter.drawText(leftColumn(c + 2 * lineStep), lineFlags,
-                         tr("Spannungsuntergrenze [V]: ") + mainValues[4].toString());
-        painter.drawText(leftColumn(c + 3 * lineStep), lineFlags,
-                         tr("Versionsnummer: ") + mainValues[7].toString());
-        painter.drawText(generalRight, lineFlags,
-                         tr("Einheitensystem: ") + (mainValues[5].toInt() == 1
-                                                        ? QStringLiteral("Si")
-                                                        : QStringLiteral("Imp")));
-        painter.drawText(generalRight.translated(0, lineStep), lineFlags,
-                         tr("Höhe [m]: ") + mainValues[3].toString());
+        drawLine(painter, leftColumn(c), tr("Name: ") + mainValues[0].toString());
+        drawLine(painter, leftColumn(c + lineStep), tr("Ort: ") + mainValues[2].toString());
+        drawLine(painter, leftColumn(c + 2 * lineStep),
+                 tr("Spannungsuntergrenze [V]: ") + mainValues[4].toString());
+        drawLine(painter, leftColumn(c + 3 * lineStep),
+                 tr("Versionsnummer: ") + mainValues[7].toString());
+        drawLine(painter, generalRight,
+                 tr("Einheitensystem: ") +
+                     (mainValues[5].toInt() == 1 ? QStringLiteral("Si") : QStringLiteral("Imp")));
+        drawLine(painter, generalRight.translated(0, lineStep),
+                 tr("Höhe [m]: ") + mainValues[3].toString());
     }
     // The block takes the same room whether or not the configuration had
     // enough entries to draw its rows.

@@ -44,8 +44,7 @@ void convert::printTlf(QPainter& painter, QPrinter& printer) {
     // One empty line separates this section from the display's last line.
     advanceLine(printer);
     advanceLine(printer);
-    painter.drawText(QRect(marginLeft, reportCursor, tlfHeadingWidth, lineHeight), lineFlags,
-                     tr("TLF:"));
+    drawLine(painter, QRect(marginLeft, reportCursor, tlfHeadingWidth, lineHeight), tr("TLF:"));
     painter.setFont(bodyFont);
     if (tlfValues.size() < tlfPrintedEntries)
         return;
@@ -53,25 +52,19 @@ void convert::printTlf(QPainter& painter, QPrinter& printer) {
     // Both columns of a line share one cursor value, so a line is never
     // split by a page break.
     advanceLine(printer);
-    painter.drawText(leftColumn(reportCursor), lineFlags,
-                     tr("Messgröße: ") + tlfValues[7].toString());
-    painter.drawText(rightColumn(reportCursor), lineFlags,
-                     tr("Enabled: ") + tlfValues[0].toString());
+    drawLine(painter, leftColumn(reportCursor), tr("Messgröße: ") + tlfValues[7].toString());
+    drawLine(painter, rightColumn(reportCursor), tr("Enabled: ") + tlfValues[0].toString());
 
     advanceLine(printer);
-    painter.drawText(leftColumn(reportCursor), lineFlags,
-                     tr("Schwellwert 1: ") + tlfValues[1].toString());
-    painter.drawText(rightColumn(reportCursor), lineFlags,
-                     tr("Schwellwert 2: ") + tlfValues[2].toString());
+    drawLine(painter, leftColumn(reportCursor), tr("Schwellwert 1: ") + tlfValues[1].toString());
+    drawLine(painter, rightColumn(reportCursor), tr("Schwellwert 2: ") + tlfValues[2].toString());
 
     advanceLine(printer);
-    painter.drawText(leftColumn(reportCursor), lineFlags,
-                     tr("Farbe Bereich 1: ") + colourName(tlfValues[3]));
-    painter.drawText(rightColumn(reportCursor), lineFlags,
-                     tr("Farbe Bereich 2: ") + colourName(tlfValues[4]));
+    drawLine(painter, leftColumn(reportCursor), tr("Farbe Bereich 1: ") + colourName(tlfValues[3]));
+    drawLine(painter, rightColumn(reportCursor),
+             tr("Farbe Bereich 2: ") + colourName(tlfValues[4]));
 
     advanceLine(printer);
-    painter.drawText(leftColumn(reportCursor), lineFlags,
-                     tr("Farbe Bereich 3: ") + colourName(tlfValues[5]));
+    drawLine(painter, leftColumn(reportCursor), tr("Farbe Bereich 3: ") + colourName(tlfValues[5]));
     // The cursor stays on this line; the relay section steps from here.
 }

@@ -402,7 +402,7 @@ void TestConversionLaunch::failingInputs() {
     QVERIFY(settle(jobs));
     QCOMPARE(unexpected.count(), 0);
     if (kind == QLatin1String("text")) {
-        // Not an error: a report with empty values.
+        // Not an error: a report of defaults.
         QCOMPARE(row->pBar->value(), 17);
         QVERIFY(QFileInfo(path(QStringLiteral("a.pdf"))).isFile());
         QCOMPARE(QFile(json).size(), qint64(19));

@@ -144,13 +144,23 @@ void TestBrevioConvert::invalidJsonIsConvertedWithWarning_data() {
     QTest::addColumn<QString>("warning");
     QTest::newRow("truncated") << QByteArray("{\"configuration\": {")
                                << "warning: not valid JSON (unterminated object at offset 19); "
-                                  "the report has empty values";
+                                  "the report shows only defaults";
     QTest::newRow("plain text") << QByteArray("hello")
                                 << "warning: not valid JSON (illegal value at offset 1); "
-                                   "the report has empty values";
+                                   "the report shows only defaults";
     QTest::newRow("array") << QByteArray("[1,2]")
-                           << "warning: the top level is not a JSON object; the report has "
-                              "empty values";
+                           << "warning: the top level is not a JSON object; the report shows "
+                              "only defaults";
+    // Any other JSON document: its report would read like a device's.
+    QTest::newRow("empty object") << QByteArray("{}")
+                                  << "warning: no \"configuration\" object; the report shows only "
+                                     "defaults";
+    QTest::newRow("package manifest")
+        << QByteArray("{\"name\": \"tool\", \"version\": \"1.0.0\"}")
+        << "warning: no \"configuration\" object; the report shows only defaults";
+    QTest::newRow("configuration not an object")
+        << QByteArray("{\"configuration\": 42}")
+        << "warning: no \"configuration\" object; the report shows only defaults";
 }
 
 void TestBrevioConvert::invalidJsonIsConvertedWithWarning() {

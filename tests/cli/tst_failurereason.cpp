@@ -69,30 +69,53 @@ void TestFailureReason::reason() {
 void TestFailureReason::warnings_data() {
     QTest::addColumn<bool>("invalid");
     QTest::addColumn<bool>("notObject");
+    QTest::addColumn<bool>("noConfiguration");
     QTest::addColumn<QVector<uint>>("undrawable");
+    QTest::addColumn<QStringList>("cutOff");
     QTest::addColumn<QStringList>("expected");
-    QTest::newRow("none") << false << false << QVector<uint>() << QStringList();
-    QTest::newRow("invalid") << true << false << QVector<uint>()
+    const QString ellipsis(QChar(0x2026));
+    QTest::newRow("none") << false << false << false << QVector<uint>() << QStringList()
+                          << QStringList();
+    QTest::newRow("invalid") << true << false << false << QVector<uint>() << QStringList()
                              << QStringList{QStringLiteral(
-                                    "not valid JSON (illegal value at offset 7); the report has "
-                                    "empty values")};
-    QTest::newRow("array") << false << true << QVector<uint>()
+                                    "not valid JSON (illegal value at offset 7); the report shows "
+                                    "only defaults")};
+    QTest::newRow("array") << false << true << false << QVector<uint>() << QStringList()
                            << QStringList{QStringLiteral("the top level is not a JSON object; "
-                                                         "the report has empty values")};
+                                                         "the report shows only defaults")};
+    QTest::newRow("no configuration")
+        << false << false << true << QVector<uint>() << QStringList()
+        << QStringList{
+               QStringLiteral("no \"configuration\" object; the report shows only defaults")};
     QTest::newRow("one character")
-        << false << false << QVector<uint>{0x10FFFD}
+        << false << false << false << QVector<uint>{0x10FFFD} << QStringList()
         << QStringList{QStringLiteral("1 character cannot be drawn: U+10FFFD")};
-    QTest::newRow("both") << true << false << QVector<uint>{0x4E1C, 0x4EAC}
+    QTest::newRow("both") << true << false << false << QVector<uint>{0x4E1C, 0x4EAC}
+                          << QStringList()
                           << QStringList{QStringLiteral("not valid JSON (illegal value at offset "
-                                                        "7); the report has empty values"),
+                                                        "7); the report shows only defaults"),
                                          QStringLiteral("2 characters cannot be drawn: U+4E1C "
                                                         "U+4EAC")};
+    QTest::newRow("one cut") << false << false << false << QVector<uint>()
+                             << QStringList{QStringLiteral("Hersteller: Rosenberg/Comefri/Nic")}
+                             << QStringList{QStringLiteral("1 text is cut off at the column edge: "
+                                                           "\"Hersteller: Rosenberg/Comefri/Nic") +
+                                            ellipsis + QLatin1Char('"')};
+    QTest::newRow("five cut") << false << false << false << QVector<uint>()
+                              << QStringList{QStringLiteral("A"), QStringLiteral("B"),
+                                             QStringLiteral("C"), QStringLiteral("D"),
+                                             QStringLiteral("E")}
+                              << QStringList{QStringLiteral("5 texts are cut off at the column "
+                                                            "edge: \"A%1\", \"B%1\", \"C%1\", ...")
+                                                 .arg(ellipsis)};
 }
 
 void TestFailureReason::warnings() {
     QFETCH(bool, invalid);
     QFETCH(bool, notObject);
+    QFETCH(bool, noConfiguration);
     QFETCH(QVector<uint>, undrawable);
+    QFETCH(QStringList, cutOff);
     QFETCH(QStringList, expected);
     ConversionOutcome outcome;
     outcome.reason = Reason::Converted;
@@ -100,7 +123,9 @@ void TestFailureReason::warnings() {
     outcome.jsonError = QStringLiteral("illegal value");
     outcome.jsonErrorOffset = 7;
     outcome.topLevelNotObject = notObject;
+    outcome.noConfiguration = noConfiguration;
     outcome.undrawable = undrawable;
+    outcome.cutOff = cutOff;
     QCOMPARE(failureReason::warnings(outcome), expected);
 }
 

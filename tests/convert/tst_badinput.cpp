@@ -157,7 +157,7 @@ void TestBadInput::anyTypeAsSection() {
         return;
     }
     QCOMPARE(report.pageCount(), 1);
-    // Without channels or relays: the fixed sections with empty values.
+    // Without channels or relays: the fixed sections with nothing filled in.
     QVERIFY(report.lineStartingWith(0, "Ausgang").isNull());
     QVERIFY(report.lineStartingWith(0, "Relais").isNull());
     QVERIFY2(report.line(0, "Display:").sitsIn(fullLine(firstSectionTop)), describe(report));
