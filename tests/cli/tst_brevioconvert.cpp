@@ -78,7 +78,12 @@ void TestBrevioConvert::convertsWithoutDisplay() {
     const Run run = runConverter({path});
     QCOMPARE(run.exitCode, 0);
     QCOMPARE(run.out, dir.filePath(QStringLiteral("anlage.pdf")) + QLatin1Char('\n'));
-    QCOMPARE(run.err, QString());
+    // The example's maker name is wider than its column: the report cuts it
+    // at the edge, as its layout says, and the user is told what was cut.
+    QCOMPARE(run.err, QStringLiteral("brevio-convert: ") + path +
+                          QStringLiteral(": warning: 1 text is cut off at the column edge: "
+                                         "\"Hersteller: Rosenberg/Comefri/Gebhardt Nic") +
+                          QChar(0x2026) + QStringLiteral("\"\n"));
     PdfReport report(dir.filePath(QStringLiteral("anlage.pdf")));
     QVERIFY(report.isValid());
     QVERIFY(!report.line(0, QStringLiteral("Allgemeine Einstellungen:")).isNull());
@@ -178,9 +183,10 @@ void TestBrevioConvert::invalidJsonIsConvertedWithWarning() {
 
 void TestBrevioConvert::mixedFilesReportInGivenOrder() {
     QTemporaryDir dir;
-    const QString good1 = writeFile(dir.path(), QStringLiteral("one.json"), "{}");
+    const QByteArray configuration = "{\"configuration\": {\"name\": \"Halle\"}}";
+    const QString good1 = writeFile(dir.path(), QStringLiteral("one.json"), configuration);
     const QString bad = dir.filePath(QStringLiteral("missing.json"));
-    const QString good2 = writeFile(dir.path(), QStringLiteral("two.json"), "{}");
+    const QString good2 = writeFile(dir.path(), QStringLiteral("two.json"), configuration);
     const Run run = runConverter({good1, bad, good2});
     QCOMPARE(run.exitCode, 1);
     QCOMPARE(run.out, reportPathFor(good1) + "\n" + reportPathFor(good2) + "\n");
@@ -191,7 +197,8 @@ void TestBrevioConvert::mixedFilesReportInGivenOrder() {
 void TestBrevioConvert::reportNotWritten() {
     QTemporaryDir dir;
     // The report's name is taken by a directory, so the PDF cannot be created.
-    const QString path = writeFile(dir.path(), QStringLiteral("blocked.json"), "{}");
+    const QString path = writeFile(dir.path(), QStringLiteral("blocked.json"),
+                                   "{\"configuration\": {\"name\": \"Halle\"}}");
     QVERIFY(QDir(dir.path()).mkdir(QStringLiteral("blocked.pdf")));
     const Run run = runConverter({path});
     QCOMPARE(run.exitCode, 1);

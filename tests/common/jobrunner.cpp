@@ -81,3 +81,12 @@ QString writeFile(const QString& dir, const QString& name, const QByteArray& byt
         file.write(bytes);
     return target;
 }
+
+QString withoutWarnings(const QString& err) {
+    QStringList kept;
+    const QStringList lines = err.split(QLatin1Char('\n'));
+    for (const QString& line : lines)
+        if (!line.contains(QLatin1String(": warning: ")))
+            kept << line;
+    return kept.join(QLatin1Char('\n'));
+}

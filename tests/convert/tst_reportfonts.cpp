@@ -144,7 +144,10 @@ void TestReportFonts::sameReportUnderAnyFontConfiguration() {
         usualLayout.join(QLatin1Char('\n')).contains(QStringLiteral("Allgemeine Einstellungen:")));
 
     const reliability::ProcessRun run = convertWithFonts({path}, conf);
-    QCOMPARE(run.err, QString());
+    // The same warnings too: what is cut off at a column's edge is measured
+    // in the bundled font, whatever the configuration says.
+    QCOMPARE(withoutWarnings(usual.err), QString());
+    QCOMPARE(run.err, usual.err);
     QCOMPARE(run.exitCode, 0);
     QCOMPARE(run.out, pdf + QLatin1Char('\n'));
     const PdfReport report(pdf);
@@ -158,7 +161,12 @@ void TestReportFonts::everyScriptComesBack() {
     const QString path =
         copyTestData(QStringLiteral("fonts/scripts.json"), dir.path(), QStringLiteral("welt.json"));
     const reliability::ProcessRun run = convertWithFonts({path});
-    QCOMPARE(run.err, QString());
+    // Every script is drawn; only the Turkish value is wider than its column.
+    QCOMPARE(run.err, QStringLiteral("brevio-convert: ") + path +
+                          QString::fromUtf8(": warning: 1 text is cut off at the column edge: "
+                                            "\"Spannungsuntergrenze [V]: \xc4\xb0zmir "
+                                            "\xc4\xb1\xc4\x9f\xc3\xbc\xc5\x9f\xc3\xb6\xc3\xa7 "
+                                            "\xc4\x9e\xc5\x9e\xe2\x80\xa6\"\n"));
     QCOMPARE(run.exitCode, 0);
     const PdfReport report(reportPathFor(path));
     QVERIFY(report.isValid());

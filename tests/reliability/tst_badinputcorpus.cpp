@@ -380,8 +380,10 @@ void TestBadInputCorpus::conversions() {
     const ProcessRun cli = convertCli(row, path);
     QVERIFY2(cli.started && !cli.timedOut && !cli.crashed, qPrintable(cli.describe()));
     const QString prefix = QStringLiteral("brevio-convert: ") + path + QStringLiteral(": ");
-    const QString expectedErr =
-        row.message.isEmpty() ? QString() : prefix + row.message + QLatin1Char('\n');
+    QString expectedErr;
+    if (!row.message.isEmpty())
+        for (const QString& message : row.message.split(QStringLiteral(" || ")))
+            expectedErr += prefix + message + QLatin1Char('\n');
     QCOMPARE(cli.err, expectedErr);
     if (row.report) {
         QCOMPARE(cli.exitCode, 0);
@@ -421,7 +423,7 @@ void TestBadInputCorpus::fileVanishesWhileQueued() {
     QCOMPARE(process.exitCode(), 1);
     QCOMPARE(QString::fromLocal8Bit(process.readAllStandardOutput()),
              reportPathFor(first) + QLatin1Char('\n') + reportPathFor(last) + QLatin1Char('\n'));
-    QCOMPARE(QString::fromLocal8Bit(process.readAllStandardError()),
+    QCOMPARE(withoutWarnings(QString::fromLocal8Bit(process.readAllStandardError())),
              QStringLiteral("brevio-convert: ") + victim +
                  QStringLiteral(": cannot be opened: No such file or directory\n"));
     QVERIFY(!QFileInfo::exists(reportPathFor(victim)));
