@@ -286,14 +286,26 @@ void TestBrevioConvert::eachFileOpenedOnce() {
     QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.remove(QStringLiteral("DISPLAY"));
+    // LeakSanitizer stops the process with ptrace to look for leaks, which
+    // it cannot do under strace; the sanitizer build finds leaks in every
+    // other test.
+    const QString asan = environment.value(QStringLiteral("ASAN_OPTIONS"));
+    environment.insert(QStringLiteral("ASAN_OPTIONS"),
+                       asan + (asan.isEmpty() ? "" : ":") + QStringLiteral("detect_leaks=0"));
     process.setProcessEnvironment(environment);
     process.start(QStringLiteral("strace"),
                   {QStringLiteral("-f"), QStringLiteral("-qq"), QStringLiteral("-e"),
                    QStringLiteral("trace=open,openat,openat2,creat"), QStringLiteral("-o"), trace,
                    QStringLiteral(BREVIO_CONVERT_BINARY), path});
     QVERIFY2(process.waitForFinished(120000), "strace did not end");
-    QCOMPARE(process.exitCode(), 0);
     const QString err = QString::fromLocal8Bit(process.readAllStandardError());
+    QVERIFY2(process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0,
+             qPrintable(QStringLiteral("exit %1 (%2)\n")
+                            .arg(process.exitCode())
+                            .arg(process.exitStatus() == QProcess::NormalExit
+                                     ? QStringLiteral("normal")
+                                     : QStringLiteral("crashed")) +
+                        err));
     QCOMPARE(err.contains(warning), true);
 
     QFile log(trace);
