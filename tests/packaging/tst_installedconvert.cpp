@@ -76,7 +76,12 @@ void TestInstalledConvert::convertsTheExample() {
 
     const Run result = run({json});
     QVERIFY2(result.finished, qPrintable(result.err));
-    QCOMPARE(result.err, QString());
+    // The installed program measures the example's too-wide maker name in its
+    // own bundled font, as the build does.
+    QCOMPARE(result.err, QStringLiteral("brevio-convert: ") + json +
+                             QStringLiteral(": warning: 1 text is cut off at the column edge: "
+                                            "\"Hersteller: Rosenberg/Comefri/Gebhardt Nic") +
+                             QChar(0x2026) + QStringLiteral("\"\n"));
     QCOMPARE(result.exitCode, 0);
     QCOMPARE(result.out, pdf + QLatin1Char('\n'));
 
