@@ -16,6 +16,10 @@ example=${2:?usage: window-one.sh BREVIO EXAMPLE.json}
 
 fail() {
     echo "window-one: $*" >&2
+    # What each brevio said, for a failure that only a loaded machine shows.
+    for log in "${work:-/nonexistent}"/*.log; do
+        [ -s "$log" ] && echo "--- $(basename "$log"):" >&2 && cat "$log" >&2
+    done
     exit 1
 }
 
@@ -82,27 +86,29 @@ windows() {
     DISPLAY=$1 xdotool search --onlyvisible --name '^Brevio \[Beta\]$' 2>/dev/null | wc -l
 }
 
+# A loaded machine or the sanitizer build can take many seconds to show a
+# window, so every wait allows a minute; a passing run does not wait.
 wait_windows() {
     local display=$1 count=$2
-    for _ in $(seq 100); do
+    for _ in $(seq 600); do
         [ "$(windows "$display")" -eq "$count" ] && return 0
         sleep 0.1
     done
     fail "$count window(s) expected on $display, found $(windows "$display")"
 }
 
-# Runs brevio to its end; fails unless it ends with the status within 15 s.
+# Runs brevio to its end; fails unless it ends with the status within 60 s.
 run_brevio() {
     local display=$1 expected=$2
     shift 2
     local status=0
-    (cd "$data" && DISPLAY=$display timeout 15 "$brevio" "$@") >"$work/run.log" 2>&1 || status=$?
+    (cd "$data" && DISPLAY=$display timeout 60 "$brevio" "$@") >"$work/run.log" 2>&1 || status=$?
     [ "$status" -eq "$expected" ] ||
         fail "brevio $* ended with $status, not $expected: $(cat "$work/run.log")"
 }
 
 wait_report() {
-    for _ in $(seq 300); do
+    for _ in $(seq 1200); do
         [ -s "$1" ] && tail -c 64 "$1" | grep -q '%%EOF' && return 0
         sleep 0.1
     done
@@ -117,12 +123,12 @@ window=$(DISPLAY=$display_a xdotool search --onlyvisible --name '^Brevio \[Beta\
 
 # The second start hands b.json and the duplicate a.json over and ends.
 run_brevio "$display_a" 0 b.json a.json
-box=$(DISPLAY=$display_a timeout 10 xdotool search --sync --onlyvisible --name '^Fehler$' |
+box=$(DISPLAY=$display_a timeout 60 xdotool search --sync --onlyvisible --name '^Fehler$' |
     head -n1) || fail "no \"Fehler\" box for the handed-over duplicate"
 # Answered with the keyboard, where the box has put the focus.
 DISPLAY=$display_a xdotool windowfocus "$box" 2>/dev/null || true
 DISPLAY=$display_a xdotool key Return
-for _ in $(seq 50); do
+for _ in $(seq 300); do
     DISPLAY=$display_a xdotool search --onlyvisible --name '^Fehler$' >/dev/null 2>&1 || break
     sleep 0.1
 done
@@ -140,7 +146,7 @@ wait_report "$data/b.pdf"
 DISPLAY=$display_a xdotool mousemove --window "$window" 120 105
 sleep 0.3
 DISPLAY=$display_a xdotool click --repeat 2 --delay 60 1
-for _ in $(seq 50); do
+for _ in $(seq 300); do
     [ -s "$work/opened" ] && break
     sleep 0.1
 done
