@@ -23,7 +23,7 @@ trap cleanup EXIT
 # Xvfb picks a free display itself and writes its number once it accepts
 # connections, so runs side by side never share a server. Exports DISPLAY.
 start_virtual_display() {
-    Xvfb -displayfd 3 -screen 0 1024x700x24 -nolisten tcp 3>"$work/display" >"$work/xvfb.log" 2>&1 &
+    Xvfb -displayfd 3 -noreset -screen 0 1024x700x24 -nolisten tcp 3>"$work/display" >"$work/xvfb.log" 2>&1 &
     xvfb_pid=$!
     for _ in $(seq 100); do
         [ -s "$work/display" ] && break

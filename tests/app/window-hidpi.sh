@@ -54,7 +54,7 @@ cp "$example" "$data/zuluft-halle-2.json"
 # window and leaves its screenshot in $work/window-DPIdpi.png.
 shoot() {
     local dpi=$1
-    Xvfb -displayfd 3 -screen 0 2000x1400x24 -dpi "$dpi" -nolisten tcp \
+    Xvfb -displayfd 3 -noreset -screen 0 2000x1400x24 -dpi "$dpi" -nolisten tcp \
         3>"$work/display-$dpi" >"$work/xvfb-$dpi.log" 2>&1 &
     pids+=($!)
     for _ in $(seq 100); do

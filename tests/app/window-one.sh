@@ -61,17 +61,21 @@ export PATH="$work/bin:$PATH"
 unset XDG_CURRENT_DESKTOP DESKTOP_SESSION GNOME_DESKTOP_SESSION_ID KDE_FULL_SESSION
 export QT_QPA_PLATFORM=xcb QT_QPA_PLATFORMTHEME=generic
 
+# Starts a server and sets display_NAME. Not run in a command substitution:
+# the server's process id must reach the cleanup. -noreset keeps the server
+# accepting connections when its last client (a killed window) goes away;
+# a resetting server refuses the next start for a moment.
 start_display() {
     local name=$1
-    Xvfb -displayfd 3 -screen 0 1024x700x24 -nolisten tcp 3>"$work/display-$name" \
-        >"$work/xvfb-$name.log" 2>&1 &
+    Xvfb -displayfd 3 -noreset -screen 0 1024x700x24 -nolisten tcp \
+        3>"$work/display-$name" >"$work/xvfb-$name.log" 2>&1 &
     pids+=($!)
     for _ in $(seq 100); do
         [ -s "$work/display-$name" ] && break
         sleep 0.1
     done
     [ -s "$work/display-$name" ] || fail "Xvfb $name did not start: $(cat "$work/xvfb-$name.log")"
-    echo ":$(head -n1 "$work/display-$name")"
+    printf -v "display_$name" ':%s' "$(head -n1 "$work/display-$name")"
 }
 
 # Starts brevio in the background on a display; prints its process id.
@@ -115,7 +119,7 @@ wait_report() {
     fail "no report $(basename "$1")"
 }
 
-display_a=$(start_display a)
+start_display a
 first=$(start_brevio "$display_a" first a.json)
 pids+=("$first")
 wait_windows "$display_a" 1
@@ -161,7 +165,7 @@ wait_windows "$display_a" 2
 kill "$second"
 
 # Another display never reaches this window: a window of its own there.
-display_b=$(start_display b)
+start_display b
 other=$(start_brevio "$display_b" other c.json)
 pids+=("$other")
 wait_windows "$display_b" 1
