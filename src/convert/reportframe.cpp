@@ -77,10 +77,36 @@ void setUpPrinter(QPrinter& printer, const QString& plantName, const QString& so
     printer.setCreator(QStringLiteral("Brevio " BREVIO_VERSION));
 }
 
+// Asking the painter for the bounds of what it draws changes the drawing
+// of a text that breaks into more than one line: it then lays out every
+// line and centres them all, where it otherwise stops at the box's height.
+// A text breaks at a line break, and at a width of 2^24 pixels, which a few
+// thousand characters cannot reach; tabs are measured differently by the
+// two ways. Only a short text of printable characters asks for the bounds.
+bool singleLineForSure(const QString& text) {
+    if (text.size() > 4096)
+        return false;
+    for (const QChar c : text)
+        if (c.unicode() < 0x20 || c == QChar::LineSeparator || c == QChar::ParagraphSeparator)
+            return false;
+    return true;
+}
+
 } // namespace
 
 void convert::drawLine(QPainter& painter, const QRect& box, const QString& text) {
-    painter.drawText(box, lineFlags, text);
+    if (singleLineForSure(text)) {
+        // The painter lays the line out anyway and tells its natural width,
+        // so a line that fits, nearly every one, costs no second layout.
+        // The drawing is that of the QRect overload, which only rounds the
+        // bounds it returns.
+        QRectF laidOut;
+        painter.drawText(QRectF(box), lineFlags, text, &laidOut);
+        if (qRound(laidOut.width()) <= box.width())
+            return;
+    } else {
+        painter.drawText(box, lineFlags, text);
+    }
     // Measured as the painter lays it out on this device, in its font.
     const QFontMetrics metrics(painter.font(), painter.device());
     if (metrics.horizontalAdvance(text) <= box.width())
