@@ -5,11 +5,16 @@ namespace failureReason {
 namespace {
 
 QString notWritten(const ConversionOutcome& outcome) {
+    // The system's words say what to fix: a read-only folder, a full disk,
+    // a folder in the report's place.
+    QString reason = QStringLiteral("report not written");
+    if (!outcome.detail.isEmpty())
+        reason += QStringLiteral(": ") + outcome.detail;
     // Every failure to write leaves an older report as it was; saying so
     // tells the user that the file they see is not this run's.
-    return outcome.olderReportKept
-               ? QStringLiteral("report not written (the old report was left in place)")
-               : QStringLiteral("report not written");
+    if (outcome.olderReportKept)
+        reason += QStringLiteral(" (the old report was left in place)");
+    return reason;
 }
 
 // The first few cut lines as printed, each ending in "…" where the column

@@ -203,8 +203,8 @@ void TestBrevioConvert::reportNotWritten() {
     const Run run = runConverter({path});
     QCOMPARE(run.exitCode, 1);
     QCOMPARE(run.out, QString());
-    QCOMPARE(run.err,
-             QStringLiteral("brevio-convert: ") + path + QStringLiteral(": report not written\n"));
+    QCOMPARE(run.err, QStringLiteral("brevio-convert: ") + path +
+                          QStringLiteral(": report not written: Is a directory\n"));
 }
 
 void TestBrevioConvert::usageErrors_data() {

@@ -42,14 +42,18 @@ void TestFailureReason::reason_data() {
         << "report not written (file size limit; the old report was left in place)";
     QTest::newRow("never ran") << Reason::NotRun << QString() << false << "not converted";
     QTest::newRow("no folder") << Reason::NoTemporaryFolder << "Permission denied" << false
-                               << notWritten;
+                               << "report not written: Permission denied";
+    QTest::newRow("read-only folder") << Reason::NoTemporaryFolder << "Read-only file system"
+                                      << false << "report not written: Read-only file system";
     QTest::newRow("no folder, older kept")
-        << Reason::NoTemporaryFolder << "Permission denied" << true << leftInPlace;
+        << Reason::NoTemporaryFolder << "Permission denied" << true
+        << "report not written: Permission denied (the old report was left in place)";
     QTest::newRow("painter") << Reason::PainterFailed << QString() << false << notWritten;
     QTest::newRow("incomplete") << Reason::ReportIncomplete << QString() << false << notWritten;
     QTest::newRow("incomplete, older kept")
         << Reason::ReportIncomplete << QString() << true << leftInPlace;
-    QTest::newRow("commit") << Reason::CommitFailed << "Is a directory" << false << notWritten;
+    QTest::newRow("commit") << Reason::CommitFailed << "Is a directory" << false
+                            << "report not written: Is a directory";
     QTest::newRow("labels") << Reason::LabelsUndrawable << QString() << false
                             << "report not written (no font can draw its text)";
 }

@@ -138,7 +138,8 @@ void TestOutputSafety::reportFolderNotWritable() {
     QCOMPARE(cli.exitCode, 1);
     QCOMPARE(cli.out, QString());
     QCOMPARE(withoutWarnings(cli.err),
-             QStringLiteral("brevio-convert: ") + json + QStringLiteral(": report not written\n"));
+             QStringLiteral("brevio-convert: ") + json +
+                 QStringLiteral(": report not written: Permission denied\n"));
     QVERIFY(!QFileInfo::exists(reportPathFor(json)));
     QCOMPARE(fileHash(json), hash);
 }
@@ -175,8 +176,8 @@ void TestOutputSafety::olderReportInFolderNotWritable() {
     QCOMPARE(cli.exitCode, 1);
     QCOMPARE(withoutWarnings(cli.err),
              QStringLiteral("brevio-convert: ") + json +
-                 QStringLiteral(": report not written (the old report was left in "
-                                "place)\n"));
+                 QStringLiteral(": report not written: Permission denied (the old report was "
+                                "left in place)\n"));
     QCOMPARE(readAll(report), older);
 }
 
@@ -198,7 +199,8 @@ void TestOutputSafety::reportNameTakenByFolder() {
     QVERIFY2(!cli.crashed && !cli.timedOut, qPrintable(cli.describe()));
     QCOMPARE(cli.exitCode, 1);
     QCOMPARE(withoutWarnings(cli.err),
-             QStringLiteral("brevio-convert: ") + json + QStringLiteral(": report not written\n"));
+             QStringLiteral("brevio-convert: ") + json +
+                 QStringLiteral(": report not written: Is a directory\n"));
     QVERIFY(QFileInfo(report).isDir());
     QCOMPARE(readAll(QDir(report).filePath(QStringLiteral("inside.txt"))), QByteArray("kept"));
 }
