@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds incrementally and runs Brevio.
 #   ./run.sh           with a display: opens the window; without one:
-#                      converts the bundled example and prints the report's path
+#                      converts a copy of the bundled example in build-run/example
+#                      and prints the report's path
 #   ./run.sh FILE...   converts the given configuration files
 set -euo pipefail
 here="$(cd "$(dirname "$0")" && pwd)"
@@ -16,5 +17,5 @@ if [ $# -gt 0 ]; then
 elif [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
     exec "$here/build-run/src/app/brevio"
 else
-    exec "$here/build-run/src/cli/brevio-convert" "$here/examples/pressure-transmitter.json"
+    exec "$here/tools/run-example.sh" "$here/build-run"
 fi
