@@ -6,6 +6,7 @@
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QStandardPaths>
 #include <QTest>
 
 Q_DECLARE_METATYPE(QList<bool>)
@@ -72,6 +73,9 @@ private:
 };
 
 void TestCButton::initTestCase() {
+    // Settings such as the file dialogs' history go to a test folder,
+    // never into the user's own configuration.
+    QStandardPaths::setTestModeEnabled(true);
     // The signal's first parameter is recorded as "QMouseEvent::Type"; the
     // spies need that name known to the meta-type system.
     qRegisterMetaType<QMouseEvent::Type>("QMouseEvent::Type");

@@ -18,6 +18,7 @@
 #include <QPointer>
 #include <QProgressBar>
 #include <QSignalSpy>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
@@ -99,6 +100,7 @@ class TestConversionLaunch : public QObject {
     Q_OBJECT
 
 private slots:
+    void initTestCase();
     void init();
     void cleanup();
     void convertAllOnEmptyList();
@@ -130,6 +132,12 @@ private:
     }
     void showWindow(MainWindow& window);
 };
+
+void TestConversionLaunch::initTestCase() {
+    // Settings such as the file dialogs' history go to a test folder,
+    // never into the user's own configuration.
+    QStandardPaths::setTestModeEnabled(true);
+}
 
 void TestConversionLaunch::init() {
     dir.reset(new QTemporaryDir);

@@ -11,6 +11,7 @@
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPointer>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -59,6 +60,7 @@ class TestFileList : public QObject {
     Q_OBJECT
 
 private slots:
+    void initTestCase();
     void init();
     void cleanup();
     void addPath_data();
@@ -83,6 +85,12 @@ private:
     QScopedPointer<QTemporaryDir> dir;
     QString path(const QString& name) const { return dir->filePath(name); }
 };
+
+void TestFileList::initTestCase() {
+    // Settings such as the file dialogs' history go to a test folder,
+    // never into the user's own configuration.
+    QStandardPaths::setTestModeEnabled(true);
+}
 
 void TestFileList::init() {
     dir.reset(new QTemporaryDir);

@@ -9,6 +9,7 @@
 #include <QListWidget>
 #include <QProcess>
 #include <QProcessEnvironment>
+#include <QStandardPaths>
 #include <QTest>
 
 namespace {
@@ -59,6 +60,7 @@ class TestLaunch : public QObject {
     Q_OBJECT
 
 private slots:
+    void initTestCase();
     void parseKeepsOrder();
     void parseRefusesUnknownOptions();
     void parseAnswersVersion();
@@ -68,6 +70,12 @@ private slots:
     void helpAndVersionNeedNoDisplay();
     void mistakesNeedNoDisplay();
 };
+
+void TestLaunch::initTestCase() {
+    // Settings such as the file dialogs' history go to a test folder,
+    // never into the user's own configuration.
+    QStandardPaths::setTestModeEnabled(true);
+}
 
 void TestLaunch::parseKeepsOrder() {
     const launch::Request request = launch::parse(

@@ -10,6 +10,7 @@
 #include <QMetaMethod>
 #include <QProgressBar>
 #include <QSignalSpy>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -34,6 +35,7 @@ class TestListWidgetContainer : public QObject {
     Q_OBJECT
 
 private slots:
+    void initTestCase();
     void init();
     void cleanup();
     void childrenInOrder();
@@ -60,6 +62,12 @@ private:
     ListWidgetContainer* showRow(const QString& path, int width = 700);
     QScopedPointer<QWidget> host;
 };
+
+void TestListWidgetContainer::initTestCase() {
+    // Settings such as the file dialogs' history go to a test folder,
+    // never into the user's own configuration.
+    QStandardPaths::setTestModeEnabled(true);
+}
 
 void TestListWidgetContainer::init() {
     host.reset(new QWidget);

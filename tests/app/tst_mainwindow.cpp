@@ -11,6 +11,7 @@
 #include <QMetaMethod>
 #include <QProgressBar>
 #include <QSignalSpy>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -65,6 +66,7 @@ class TestMainWindow : public QObject {
     Q_OBJECT
 
 private slots:
+    void initTestCase();
     void resources_data();
     void resources();
     void setupUiObjectName_data();
@@ -91,6 +93,12 @@ private slots:
 private:
     void showWindow(MainWindow& window, QSize size = QSize(709, 580));
 };
+
+void TestMainWindow::initTestCase() {
+    // Settings such as the file dialogs' history go to a test folder,
+    // never into the user's own configuration.
+    QStandardPaths::setTestModeEnabled(true);
+}
 
 void TestMainWindow::showWindow(MainWindow& window, QSize size) {
     window.resize(size);
