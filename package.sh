@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 The Brevio developers
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Installs what is missing, builds Brevio for release and packs it as
 # build-package/brevio_<version>_amd64.deb and prints the package's path.
 #   ./package.sh [BUILD-FOLDER]   another folder than build-package

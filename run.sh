@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 The Brevio developers
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Installs what is missing, builds incrementally and runs Brevio.
 #   ./run.sh           with a display: opens the window; without one:
 #                      converts a copy of the bundled example in build-run/example

@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 The Brevio developers
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Installs what is missing, builds incrementally and runs the tests.
 #   ./test.sh          the quick loop: every test labelled "quick" (the
 #                      window's included), a few minutes at most

@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The Brevio developers
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Every library of src/ is included by its folder's name ("files/filepaths.h",
 # "convert/convert.h"), so one include root serves them all. Each library
 # names the headers other targets may include; brevio_check_includes holds the

@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The Brevio developers
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Fails when a front end includes a header that its library keeps to itself,
 # or when a library includes one from a library above it.
 #   cmake -DSOURCE_DIR=... -DINTERFACES=FILE -P CheckIncludes.cmake

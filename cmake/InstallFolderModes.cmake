@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The Brevio developers
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Folders "cmake --install" creates are open to everyone (0755) whatever the
 # installing user's umask. CMAKE_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS alone
 # does not do it: CMake creates the folders with mkdir(), which the umask

@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 The Brevio developers
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Fails when a C++ file of src, tests or bench is not formatted as
 # .clang-format says, and lists the offending lines. Build folders and the
 # fuzz corpus are left out: they hold generated files, not ours.

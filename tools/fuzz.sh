@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 The Brevio developers
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Fuzzes a whole conversion job, then the reading side alone, with libFuzzer
 # for a bounded time each.
 #   tools/fuzz.sh [SECONDS]    default 60

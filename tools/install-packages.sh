@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 The Brevio developers
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Installs the Debian packages a task needs, only those still missing.
 #   tools/install-packages.sh run    what building and running Brevio needs
 #   tools/install-packages.sh test   that, plus what the tests need (packaging included)

@@ -1,4 +1,6 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: 2026 The Brevio developers
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Makes the report's own font, "Brevio Sans", from Debian's fonts-dejavu-core:
 #   tools/make-report-fonts.py [--subset] [OUTPUT_FOLDER]
 # (default resources/fonts). Needs python3-fonttools (tools/install-packages.sh

@@ -1,4 +1,6 @@
 #!/bin/sh
+# SPDX-FileCopyrightText: 2026 The Brevio developers
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Regenerates the Brevio artwork (logo, button images, application icon)
 # under resources/ with ImageMagick -draw primitives.
 #

@@ -1,4 +1,6 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: 2026 The Brevio developers
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Rewrites an 8-bit RGB PNG with the same pixels, every row unfiltered and
 # compressed at zlib's best level:
 #   tools/repack-png.py IN.png OUT.png

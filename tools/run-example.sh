@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 The Brevio developers
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Converts a copy of the bundled example inside a build folder and prints
 # the report's path: the source tree stays exactly as it was checked out.
 #   tools/run-example.sh BUILD_FOLDER

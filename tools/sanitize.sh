@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 The Brevio developers
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Builds everything with AddressSanitizer and UndefinedBehaviorSanitizer
 # (BREVIO_SANITIZE=ON) in build-asan and runs every test there except the
 # packaging ones (labels quick and deep, not packaging: those check

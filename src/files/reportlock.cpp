@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Brevio developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "files/reportlock.h"
 
 #include <QMutex>

@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The Brevio developers
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Run after the window's suites: they ran with HOME at this folder, and the
 # configuration folder there must hold nothing. Settings of a test (the file
 # dialogs' history) belong in QStandardPaths' test folder (~/.qttest).

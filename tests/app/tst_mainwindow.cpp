@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Brevio developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 #include "app/cbutton.h"
 #include "app/listwidgetcontainer.h"
 #include "app/mainwindow.h"

@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The Brevio developers
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Sourced by the window scripts: a work folder, a virtual X server and the
 # brevio process, all cleaned up however the script ends. The script sets
 # brevio_pid once it starts brevio and defines fail() before sourcing this.

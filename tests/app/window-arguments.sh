@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 The Brevio developers
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Starts the real brevio binary on a virtual X server with files on its
 # command line, as a file manager does through the menu entry
 # ("Exec=brevio %F"): two files, one of them twice, and one whose name ends

@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 The Brevio developers
+# SPDX-License-Identifier: GPL-3.0-or-later
 # The real brevio window on virtual X servers of 96 and 192 dpi: at 192 dpi
 # the window is twice as large in device pixels and, scaled back down, looks
 # like the 96-dpi one (the same layout, not a 96-dpi layout with doubled

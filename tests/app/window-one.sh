@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 The Brevio developers
+# SPDX-License-Identifier: GPL-3.0-or-later
 # The one-window rule with real processes on virtual X servers: a second
 # "brevio FILE..." hands its files to the running window and ends; the
 # duplicate's "Fehler" box appears there; --new-window opens another window;

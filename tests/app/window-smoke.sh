@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 The Brevio developers
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Drives the real brevio binary on a virtual X server, the way a person
 # would: opens the file dialog with the folder button, types three file
 # names, converts them all with the header's convert button, waits for the

@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 The Brevio developers
+# SPDX-License-Identifier: GPL-3.0-or-later
 # A logout ends the window with SIGTERM while a report is being drawn: the
 # window must end by that signal, and the hidden folder the report was
 # being drawn in must go with it; nothing is left beside the configuration.

@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 The Brevio developers
+# SPDX-License-Identifier: GPL-3.0-or-later
 # ./run.sh without a display converts the bundled example through
 # tools/run-example.sh: its report lands in the build folder and nothing in
 # the source tree is written or changed.

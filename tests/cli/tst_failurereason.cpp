@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Brevio developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // How brevio-convert words what a job recorded about itself: every reason a
 // job can end with, and the warnings of a converted file.
 

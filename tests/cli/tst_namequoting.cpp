@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Brevio developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // How brevio-convert prints a name: unchanged unless it holds a control
 // character, and then quoted exactly as GNU ls --quoting-style=shell-escape
 // quotes it, so that a line break cannot split the report list and the

@@ -1,4 +1,6 @@
 #!/usr/bin/python3
+# SPDX-FileCopyrightText: 2026 The Brevio developers
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Reports are archive documents: converts each configuration given with
 # brevio-convert and checks the PDF/A-1b rules that can be checked here
 # (there is no full validator on Debian): the PDF/A claim in XMP metadata

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Brevio developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // File names that are not UTF-8 must come back byte for byte through the
 // codec that Brevio's programs install for the locale.
 

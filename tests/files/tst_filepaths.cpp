@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Brevio developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Paths as the system reads them, and opening files for reading without
 // waiting on anything that is not a regular file.
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Brevio developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // A report is drawn into a file of its own next to its name and takes the
 // name only when complete; jobs of one process take turns at one report.
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Brevio developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // The temporary report folders: the registry a signal handler empties, and
 // the sweep that removes a folder a killed process left behind only when it
 // is certainly stale.

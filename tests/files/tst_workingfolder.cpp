@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Brevio developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Relative names are taken from the working folder even when it is too deep
 // for getcwd() to name, and never from "/" when it has been removed.
 

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Brevio developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // libFuzzer target: arbitrary bytes go through a whole conversion job, the
 // way a user's file does: written to a .json file, read, parsed, every
 // section read and the report printed to a PDF file.

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Brevio developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // libFuzzer target for the reading side alone, without printing: arbitrary
 // bytes are parsed as the job parses a file, every section reader fills the
 // configuration record, and the page rule walks as many lines as the record

@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 The Brevio developers
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Installs a build into a temporary DESTDIR, as "cmake --install" does for a
 # user, and checks what a desktop and a terminal get from it.
 #   check-install.sh BUILD-FOLDER VERSION REPORT-CHECK

@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 The Brevio developers
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Builds the Debian package with ./package.sh and checks it: control fields,
 # contents, lintian, and the programs as extracted from it.
 #   check-package.sh SOURCE-FOLDER PACKAGE-BUILD-FOLDER VERSION REPORT-CHECK

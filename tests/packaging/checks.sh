@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The Brevio developers
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Checks shared by check-install.sh and check-package.sh, run on an
 # installed tree: ROOT is its prefix (…/usr). Sourced, not run.
 # shellcheck shell=bash

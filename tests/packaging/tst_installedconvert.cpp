@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Brevio developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Converts the bundled example with an installed brevio-convert, named by
 // BREVIO_INSTALLED_CONVERT, and reads the report back. The install and
 // package checks run it on what they installed.

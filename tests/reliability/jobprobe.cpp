@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Brevio developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Runs one conversion job on the global thread pool, exactly as the tests'
 // runJob() does, and prints how it ended: "finished" or "aborted", then the
 // progress values. It lets a test run a job as another user (file

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Brevio developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Prints figures for parallel conversions; not a test (tst_parallelstress
 // checks the reports). For brevio-convert: wall time and peak resident
 // memory for 50, 200 and 1000 files with --jobs 8 (and 200 with --jobs 2).

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Brevio developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Every file of the bad-input corpus (data/badinput), plus the huge
 // and special ones made at run time, converted once by a job and once by
 // brevio-convert. expected.tsv says for each whether a report comes out or

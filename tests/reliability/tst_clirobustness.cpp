@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Brevio developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // brevio-convert as a hostile user runs it: too little memory, signals in
 // the middle of a conversion, an output that cannot be written, an inherited
 // display platform, a file size limit, a working folder too deep to be

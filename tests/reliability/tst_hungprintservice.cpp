@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Brevio developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // A print service that accepts connections and never answers, as a hung
 // print server on the network does. Reports are only written to files, so
 // a conversion must not wait on it: brevio-convert and a job (in a process

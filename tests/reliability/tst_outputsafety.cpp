@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Brevio developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Reports that cannot be written: a folder the user may not write to, a
 // report name taken by a folder, a full disk. The job still ends with
 // finished() (it has no way to tell), never crashes, leaves no half-written

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Brevio developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // 200 files converted at once, by brevio-convert with eight threads and by
 // 200 jobs started together on the global pool the way the window's
 // convert-all starts them. Every report must show its own file's values in

@@ -1,3 +1,6 @@
+// SPDX-FileCopyrightText: 2026 The Brevio developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
 // Where a report lands and what it may touch on a hostile file system:
 // links and hard links at the report's name, several inputs that name one
 // report, ".." after a link, names that are not UTF-8, FIFOs, the umask,

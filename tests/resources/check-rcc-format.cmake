@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The Brevio developers
+# SPDX-License-Identifier: GPL-3.0-or-later
 # The resource collection as rcc generated it for this build: its data is
 # registered in format version 2.
 #   cmake -DAUTOGEN_DIR=<brevio_rsc_autogen folder> -P check-rcc-format.cmake
