@@ -22,7 +22,7 @@ field() { dpkg-deb --field "$deb" "$1"; }
 [ "$(field Architecture)" = amd64 ] || fail "Architecture: $(field Architecture)"
 [ "$(field Section)" = utils ] || fail "Section: $(field Section)"
 [[ $(field Maintainer) =~ ^[^\<]+\ \<[^@\>]+@[^\>]+\>$ ]] || fail "Maintainer: $(field Maintainer)"
-[[ $(field Homepage) == https://* ]] || fail "Homepage: $(field Homepage)"
+[ -z "$(field Homepage)" ] || fail "the package names a homepage we do not run: $(field Homepage)"
 [[ $(field Recommends) == *fonts-wqy-microhei* ]] || fail "Recommends: $(field Recommends)"
 for library in libc6 libqt5core5a libqt5gui5 libqt5widgets5 libqt5printsupport5; do
     [[ $(field Depends) == *"$library "* ]] || fail "Depends lacks $library: $(field Depends)"
@@ -60,6 +60,7 @@ check_icons "$root"
 check_desktop_file "$root"
 check_metainfo "$root" "$version"
 check_man_pages "$root"
+check_copyright "$root"
 check_window_version "$root" "$version"
 check_conversion "$root" "$report_check"
 
