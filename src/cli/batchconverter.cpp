@@ -4,11 +4,14 @@
 #include "cli/batchconverter.h"
 
 #include "cli/failurereason.h"
+#include "cli/jsonline.h"
 #include "cli/namequoting.h"
 #include "convert/convert.h"
 #include "convert/runonpool.h"
 #include "files/filepaths.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <QHash>
 
 #include <cerrno>
@@ -38,8 +41,14 @@ int printLine(std::FILE* stream, const QString& line) {
 
 BatchConverter::BatchConverter(const QStringList& files, std::FILE* out, std::FILE* err,
                                QObject* parent)
-    : QObject(parent), started(new std::atomic<bool>[size_t(files.size())]), out(out), err(err),
-      progressOnTerminal(isatty(fileno(err)) == 1) {
+    : BatchConverter(files, Options(), out, err, parent) {}
+
+BatchConverter::BatchConverter(const QStringList& files, const Options& options, std::FILE* out,
+                               std::FILE* err, QObject* parent)
+    : QObject(parent), options(options), started(new std::atomic<bool>[size_t(files.size())]),
+      out(out), err(err),
+      // A script reading JSON gets nothing on err but what goes wrong.
+      progressOnTerminal(!options.json && isatty(fileno(err)) == 1) {
     entries.reserve(files.size());
     for (int index = 0; index < files.size(); ++index) {
         Entry entry;
@@ -52,7 +61,11 @@ BatchConverter::BatchConverter(const QStringList& files, std::FILE* out, std::FI
             entry.reason = QStringLiteral("cannot be opened: the working folder no longer exists");
             ++endedCount;
         }
-        entry.reportPath = filePaths::reportFor(entry.jsonPath);
+        entry.reportPath =
+            options.outputFolder.isEmpty()
+                ? filePaths::reportFor(entry.jsonPath)
+                : QDir(options.outputFolder)
+                      .filePath(filePaths::reportFor(QFileInfo(entry.jsonPath).fileName()));
         entries.append(entry);
         started[size_t(index)] = false;
     }
@@ -99,7 +112,10 @@ void BatchConverter::start() {
         };
         std::atomic<bool>* running = &started[size_t(index)];
         handlers.started = [running] { running->store(true); };
-        runOnPool(new convert(nullptr), entry.jsonPath, handlers);
+        auto* job = new convert(nullptr);
+        if (!options.outputFolder.isEmpty())
+            job->setReportPath(entry.reportPath);
+        runOnPool(job, entry.jsonPath, handlers);
     }
     flushReady();
     if (endedCount == entries.size()) {
@@ -169,6 +185,10 @@ void BatchConverter::flushReady() {
         std::fputs("\r\033[K", err);
     for (; nextToPrint < entries.size() && entries[nextToPrint].ended; ++nextToPrint) {
         const Entry& entry = entries[nextToPrint];
+        if (options.json) {
+            writeJson(entry);
+            continue;
+        }
         const QString prefix = QStringLiteral("brevio-convert: ") +
                                nameQuoting::quoted(entry.given) + QStringLiteral(": ");
         for (const QString& warning : entry.warnings)
@@ -186,6 +206,20 @@ void BatchConverter::writeReport(const QString& line) {
     // written, and the failure is told once, at the end.
     if (outError == 0)
         outError = printLine(out, line);
+}
+
+void BatchConverter::writeJson(const Entry& entry) {
+    const bool written = entry.converted && entry.reason.isEmpty();
+    const QByteArray line =
+        jsonLine::record(entry.given, entry.converted ? entry.reportPath : QString(),
+                         entry.converted, written ? QString() : entry.reason, entry.warnings) +
+        '\n';
+    if (outError != 0)
+        return;
+    errno = 0;
+    if (std::fwrite(line.constData(), 1, size_t(line.size()), out) != size_t(line.size()) ||
+        std::fflush(out) != 0)
+        outError = errno != 0 ? errno : EIO;
 }
 
 void BatchConverter::writeError(const QString& line) {

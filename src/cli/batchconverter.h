@@ -23,7 +23,19 @@ class BatchConverter : public QObject {
     Q_OBJECT
 
 public:
+    struct Options {
+        // An absolute folder for every report, named by the report rule
+        // applied to the configuration's file name; empty: beside each
+        // configuration.
+        QString outputFolder;
+        // One JSON object per file on out, warnings and reasons included,
+        // instead of report paths on out and messages on err.
+        bool json = false;
+    };
+
     BatchConverter(const QStringList& files, std::FILE* out, std::FILE* err,
+                   QObject* parent = nullptr);
+    BatchConverter(const QStringList& files, const Options& options, std::FILE* out, std::FILE* err,
                    QObject* parent = nullptr);
 
     // Starts every job; emits done() once all have ended.
@@ -62,8 +74,10 @@ private:
     void flushReady();
     void showProgress();
     void writeReport(const QString& line);
+    void writeJson(const Entry& entry);
     void writeError(const QString& line);
 
+    Options options;
     QVector<Entry> entries;
     // Set by each job's task the moment a pool thread runs it.
     std::unique_ptr<std::atomic<bool>[]> started;

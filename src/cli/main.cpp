@@ -3,9 +3,11 @@
 
 #include "cli/batchconverter.h"
 #include "convert/bootstrap.h"
+#include "files/filepaths.h"
 #include "files/temporaryfolders.h"
 
 #include <QCommandLineParser>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QThreadPool>
 #include <QTimer>
@@ -129,13 +131,24 @@ int run(int argc, char* argv[]) {
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
         "Converts transmitter configuration files (.json) into PDF reports.\n"
-        "Each report is written next to its file, with \".json\" replaced by \".pdf\"."));
+        "Each report is written next to its file, with \".json\" replaced by \".pdf\",\n"
+        "or into the folder given with --output-dir."));
     const QCommandLineOption helpOption = parser.addHelpOption();
     const QCommandLineOption versionOption = parser.addVersionOption();
     const QCommandLineOption jobsOption(
         {QStringLiteral("j"), QStringLiteral("jobs")},
         QStringLiteral("Convert at most <N> files at the same time."), QStringLiteral("N"));
     parser.addOption(jobsOption);
+    const QCommandLineOption outputOption(
+        {QStringLiteral("o"), QStringLiteral("output-dir")},
+        QStringLiteral("Write the reports into the folder <DIR>, each named after its file."),
+        QStringLiteral("DIR"));
+    parser.addOption(outputOption);
+    const QCommandLineOption jsonOption(
+        QStringLiteral("json"),
+        QStringLiteral("Print one JSON object per file on standard output: file, report, "
+                       "converted, reason, warnings."));
+    parser.addOption(jsonOption);
     parser.addPositionalArgument(QStringLiteral("FILE"),
                                  QStringLiteral("Configuration files to convert."),
                                  QStringLiteral("FILE..."));
@@ -163,11 +176,23 @@ int run(int argc, char* argv[]) {
                 0);
         QThreadPool::globalInstance()->setMaxThreadCount(jobs);
     }
+    BatchConverter::Options options;
+    options.json = parser.isSet(jsonOption);
+    if (parser.isSet(outputOption)) {
+        const QString given = parser.value(outputOption);
+        options.outputFolder = given.isEmpty() ? QString() : filePaths::absolute(given);
+        if (options.outputFolder.isEmpty() || !QFileInfo(options.outputFolder).isDir())
+            return finishOutput(
+                usageError(parser, QStringLiteral("--output-dir needs an existing folder, "
+                                                  "not \"%1\"")
+                                       .arg(given)),
+                0);
+    }
     const QStringList files = parser.positionalArguments();
     if (files.isEmpty())
         return finishOutput(usageError(parser, QStringLiteral("no files given")), 0);
 
-    BatchConverter batch(files, stdout, stderr);
+    BatchConverter batch(files, options, stdout, stderr);
     QObject::connect(&batch, &BatchConverter::done, &app, &QCoreApplication::quit,
                      Qt::QueuedConnection);
     // Jobs start from inside the event loop that receives their signals.

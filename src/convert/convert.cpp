@@ -22,6 +22,10 @@ convert::~convert() {
     QMutexLocker wait(&running);
 }
 
+void convert::setReportPath(const QString& reportPath) {
+    chosenReportPath = reportPath;
+}
+
 void convert::readJsonFile(QString jsonPath, QString pdfPath) {
     QMutexLocker stayAlive(&running);
     using Reason = ConversionOutcome::Reason;

@@ -60,6 +60,11 @@ public:
     // signal is the job's last act, and the owner's handler runs before the
     // deferred deletion it connected after that handler.
     const ConversionOutcome& outcome() const;
+    // Writes the report to reportPath instead of beside the configuration
+    // (the rule of filePaths::reportFor). Call it before the job runs; the
+    // temporary report and the lock then live in that folder too, so a
+    // configuration on a read-only medium can be converted.
+    void setReportPath(const QString& reportPath);
 
     // The configuration record: every entry is QJsonValue::toVariant() of one
     // member, unconverted, at a fixed index per section.
@@ -93,6 +98,8 @@ private:
     // that is still running (on aboutToQuit) waits for it the same way.
     QMutex running;
     ConversionOutcome result;
+    // Set by setReportPath(); empty for a report beside its configuration.
+    QString chosenReportPath;
 
     // Parses the file's content, noting the parser's complaint as a warning.
     QJsonObject parseConfiguration(const QByteArray& content);

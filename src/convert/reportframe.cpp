@@ -143,7 +143,7 @@ void convert::printPdf(QString pdfPath) {
     std::unique_ptr<QPrinter> printer(new QPrinter(QPrinter::HighResolution));
     setUpPrinter(*printer, mainValues.value(0).toString(), sourcePath);
 
-    pdfPath = filePaths::reportFor(pdfPath);
+    pdfPath = chosenReportPath.isEmpty() ? filePaths::reportFor(pdfPath) : chosenReportPath;
     // Jobs of this process take turns at one report, and each draws into a
     // file of its own that replaces the report only once it is complete.
     const ReportLock turn(filePaths::reportKey(pdfPath));

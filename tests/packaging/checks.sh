@@ -158,8 +158,13 @@ check_completion() { # root
     mkdir "$dir/sub"
     touch "$dir/a.json" "$dir/b.JSON" "$dir/c.txt"
     result=$(cd "$dir" && complete_words "$1" 1 brevio-convert '')
-    rm -rf "$dir"
     [ "$result" = "$(printf 'a.json\nsub')" ] || fail "completing files gave: $result"
+    # After --output-dir only folders.
+    result=$(cd "$dir" && complete_words "$1" 2 brevio-convert --output-dir '')
+    [ "$result" = "sub" ] || fail "completing --output-dir gave: $result"
+    rm -rf "$dir"
+    result=$(complete_words "$1" 1 brevio-convert --js)
+    [ "$result" = "--json" ] || fail "completing --js gave: $result"
 }
 
 # The window program answers --version on a terminal without a display.
