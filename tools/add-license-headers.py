@@ -8,7 +8,8 @@
 # The files are git's list when the folder is a checkout, else every file
 # below it but the build folders. Data (JSON fixtures, the fuzz corpus),
 # images, the bundled fonts and documents are not sources and get none;
-# the metainfo is CC0 by its own statement and keeps that.
+# the metainfo is CC0 by its own statement and keeps that; lupdate rewrites
+# the Linguist sources (.ts) whole, so they carry none either.
 import os
 import subprocess
 import sys
@@ -34,7 +35,7 @@ def comment_style(path):
         return HASH
     if path.startswith("packaging/bash-completion/"):
         return HASH
-    if name.endswith((".ui", ".qrc", ".ts")):
+    if name.endswith((".ui", ".qrc", ".qrc.in")):
         return XML
     if name.endswith(".1.in"):
         return ROFF

@@ -9,7 +9,7 @@
 set -euo pipefail
 
 run_packages=(cmake ninja-build g++ pkg-config qtbase5-dev qtbase5-dev-tools fonts-dejavu-core
-    fonts-wqy-microhei qttranslations5-l10n)
+    fonts-wqy-microhei qttranslations5-l10n qttools5-dev qttools5-dev-tools)
 test_packages=(libpoppler-qt5-dev poppler-utils xvfb xdotool imagemagick x11-utils python3-fonttools
     fonts-dejavu-extra fontconfig desktop-file-utils appstream groff-base man-db lintian strace
     clang-format python3-pikepdf qpdf)

@@ -53,6 +53,7 @@ struct Parser {
     QCommandLineParser parser;
     QCommandLineOption help;
     QCommandLineOption version;
+    QCommandLineOption language = bootstrap::languageOption();
     QCommandLineOption newWindow{
         QStringLiteral("new-window"),
         QStringLiteral("Open another window even when one is open; "
@@ -60,6 +61,7 @@ struct Parser {
 
     Parser() : help(parser.addHelpOption()), version(parser.addVersionOption()) {
         parser.addOption(newWindow);
+        parser.addOption(language);
         // Qt's own options have one dash and whole words; so must ours.
         parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
         parser.setApplicationDescription(QStringLiteral(
@@ -127,6 +129,10 @@ int answer(Parser& parser, bool parsed) {
         bootstrap::printVersion(programName());
         return exitOk;
     }
+    const QString language = parser.parser.value(parser.language);
+    if (!bootstrap::isLanguage(language))
+        return usageError(parser,
+                          QStringLiteral("--language needs de or en, not \"%1\"").arg(language));
     return startWindow;
 }
 
@@ -233,6 +239,9 @@ void enableHighDpi() {
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
 }
 
+// Qt's own German, for as long as the window speaks German.
+QTranslator* toolkitTranslation = nullptr;
+
 bool loadToolkitTranslation() {
     auto* translator = new QTranslator(QCoreApplication::instance());
     if (!translator->load(QLocale(QLocale::German, QLocale::Germany), QStringLiteral("qtbase"),
@@ -241,7 +250,18 @@ bool loadToolkitTranslation() {
         delete translator;
         return false;
     }
+    toolkitTranslation = translator;
     return QCoreApplication::installTranslator(translator);
+}
+
+bool useLanguage(const QString& language) {
+    // In English, Qt's dialogs and menus speak their own English.
+    if (language != QLatin1String("de") && toolkitTranslation != nullptr) {
+        QCoreApplication::removeTranslator(toolkitTranslation);
+        delete toolkitTranslation;
+        toolkitTranslation = nullptr;
+    }
+    return bootstrap::useLanguage(language);
 }
 
 void describeApplication() {
@@ -262,6 +282,7 @@ Request parse(const QStringList& arguments, const QString& currentDir) {
     if (request.exitStatus != startWindow)
         return request;
     request.newWindow = parser.parser.isSet(parser.newWindow);
+    request.language = parser.parser.value(parser.language);
     for (const QString& given : parser.parser.positionalArguments())
         request.files.append(filePaths::absolute(given, currentDir));
     return request;

@@ -60,9 +60,16 @@ struct Request {
     int exitStatus = startWindow;
     // --new-window: open a window of its own even when one is running.
     bool newWindow = false;
+    // --language: "de" or "en".
+    QString language = QStringLiteral("de");
     // Absolute, in the order given.
     QStringList files;
 };
+
+// The language of the window's and the reports' texts ("de" or "en", as
+// parse() accepts it): English leaves Qt's own texts in their English too.
+// Call it before the window is made.
+bool useLanguage(const QString& language);
 
 // Reads the arguments as QApplication left them (its own options taken
 // out); relative file names are joined to currentDir without resolving "."

@@ -137,11 +137,11 @@ ListWidgetContainer::ListWidgetContainer(QWidget* parent, QString path) : QWidge
     pBar->setRange(0, 100);
     pBar->setValue(0);
 
-    cButton* btnDelete = makeButton(this, "btnDelete", QStringLiteral("Entfernen"));
+    cButton* btnDelete = makeButton(this, "btnDelete", tr("Entfernen"));
     connect(btnDelete, &QAbstractButton::clicked, this, &ListWidgetContainer::deleteMe);
-    cButton* btnNewName = makeButton(this, "btnNewName", QStringLiteral("Bericht umbenennen"));
+    cButton* btnNewName = makeButton(this, "btnNewName", tr("Bericht umbenennen"));
     connect(btnNewName, &QAbstractButton::clicked, this, [this] { askForNewName(); });
-    cButton* btnKonvertier = makeButton(this, "btnKonvertier", QStringLiteral("Konvertieren"));
+    cButton* btnKonvertier = makeButton(this, "btnKonvertier", tr("Konvertieren"));
     connect(btnKonvertier, &QAbstractButton::clicked, this, &ListWidgetContainer::konvertMe);
 
     layout->addWidget(lineEdit, 3);
@@ -197,10 +197,10 @@ QMenu* ListWidgetContainer::createPathMenu(QWidget* parent) {
     menu->setParent(parent, menu->windowFlags());
     menu->addSeparator();
     const bool exists = isReport(filePath);
-    QAction* report = menu->addAction(QStringLiteral("Bericht öffnen"));
+    QAction* report = menu->addAction(tr("Bericht öffnen"));
     report->setEnabled(exists);
     connect(report, &QAction::triggered, this, [this] { openReport(); });
-    QAction* folder = menu->addAction(QStringLiteral("Ordner öffnen"));
+    QAction* folder = menu->addAction(tr("Ordner öffnen"));
     folder->setEnabled(exists);
     connect(folder, &QAction::triggered, this, [this] {
         if (isReport(filePath))

@@ -32,6 +32,7 @@ int main(int argc, char* argv[]) {
     if (request.exitStatus != launch::startWindow)
         return request.exitStatus;
 
+    launch::useLanguage(request.language);
     // A window of this user on this display takes the files into its list.
     OneWindow oneWindow;
     if (!request.newWindow) {

@@ -95,9 +95,9 @@ MainWindow::MainWindow(QWidget* parent) : QMainWindow(parent) {
     addAction(ui->action_ffnen);
     addAction(ui->actionAlle_konvertieren);
 
-    describeButton(ui->btnLogo, QStringLiteral("Brevio"));
-    describeButton(ui->btnBrows, QStringLiteral("Dateien öffnen"));
-    describeButton(ui->btnKonvert, QStringLiteral("Alle konvertieren"));
+    describeButton(ui->btnLogo, tr("Brevio"));
+    describeButton(ui->btnBrows, tr("Dateien öffnen"));
+    describeButton(ui->btnKonvert, tr("Alle konvertieren"));
     // The logo does nothing, so the keyboard passes it by.
     ui->btnLogo->setFocusPolicy(Qt::NoFocus);
 }
@@ -113,9 +113,9 @@ void MainWindow::addListWidgetItem(QString path) {
 
     for (const QString& listed : fileList) {
         if (listed == path) {
-            QMessageBox::information(nullptr, QStringLiteral("Fehler"),
-                                     QStringLiteral("Die Datei ") + path +
-                                         QStringLiteral(" befindest sich schon in der Liste"),
+            QMessageBox::information(nullptr, tr("Fehler"),
+                                     tr("Die Datei ") + path +
+                                         tr(" befindest sich schon in der Liste"),
                                      QMessageBox::Ok, QMessageBox::NoButton);
             return;
         }

@@ -149,6 +149,8 @@ int run(int argc, char* argv[]) {
         QStringLiteral("Print one JSON object per file on standard output: file, report, "
                        "converted, reason, warnings."));
     parser.addOption(jsonOption);
+    const QCommandLineOption languageOption = bootstrap::languageOption();
+    parser.addOption(languageOption);
     parser.addPositionalArgument(QStringLiteral("FILE"),
                                  QStringLiteral("Configuration files to convert."),
                                  QStringLiteral("FILE..."));
@@ -176,6 +178,12 @@ int run(int argc, char* argv[]) {
                 0);
         QThreadPool::globalInstance()->setMaxThreadCount(jobs);
     }
+    const QString language = parser.value(languageOption);
+    if (!bootstrap::isLanguage(language) || !bootstrap::useLanguage(language))
+        return finishOutput(
+            usageError(parser,
+                       QStringLiteral("--language needs de or en, not \"%1\"").arg(language)),
+            0);
     BatchConverter::Options options;
     options.json = parser.isSet(jsonOption);
     if (parser.isSet(outputOption)) {

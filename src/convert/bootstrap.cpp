@@ -7,6 +7,7 @@
 #include "files/filenamecodec.h"
 
 #include <QCoreApplication>
+#include <QTranslator>
 
 #include <cstdio>
 
@@ -27,6 +28,33 @@ int usageError(const QString& programName, const QString& message, const QString
     std::fprintf(stderr, "%s: %s\n\n%s", qPrintable(programName), qPrintable(message),
                  qPrintable(helpText));
     return exitUsage;
+}
+
+QCommandLineOption languageOption() {
+    return QCommandLineOption(QStringLiteral("language"),
+                              QStringLiteral("Draw reports (and the window) in <LANGUAGE>: de "
+                                             "(the default) or en."),
+                              QStringLiteral("LANGUAGE"), QStringLiteral("de"));
+}
+
+bool isLanguage(const QString& language) {
+    return language == QLatin1String("de") || language == QLatin1String("en");
+}
+
+bool useLanguage(const QString& language) {
+    // The program's own strings are German, so German needs no file; the
+    // system's locale never chooses, so a report reads the same on every
+    // machine.
+    if (language == QLatin1String("de"))
+        return true;
+    if (language != QLatin1String("en"))
+        return false;
+    auto* translator = new QTranslator(QCoreApplication::instance());
+    if (!translator->load(QStringLiteral(":/translations/brevio_en.qm"))) {
+        delete translator;
+        return false;
+    }
+    return QCoreApplication::installTranslator(translator);
 }
 
 } // namespace bootstrap

@@ -4,6 +4,7 @@
 #ifndef BREVIO_BOOTSTRAP_H
 #define BREVIO_BOOTSTRAP_H
 
+#include <QCommandLineOption>
 #include <QString>
 
 // The start-up both programs share, so that the window and brevio-convert
@@ -25,6 +26,18 @@ void printVersion(const QString& programName);
 // "PROGRAM: message", a blank line and the help text on standard error;
 // returns the exit status of a usage error.
 int usageError(const QString& programName, const QString& message, const QString& helpText);
+
+// --language LANGUAGE: the language of the reports and the window's texts,
+// "de" (the default, whatever the system's locale) or "en".
+QCommandLineOption languageOption();
+
+// True for the languages useLanguage() takes.
+bool isLanguage(const QString& language);
+
+// Installs the texts of language ("de" or "en") for the whole application;
+// false for any other language, which then is a usage error. Call it before
+// any text is drawn or any window is made.
+bool useLanguage(const QString& language);
 
 } // namespace bootstrap
 

@@ -60,7 +60,7 @@ void convert::printDisplay(QPainter& painter, QPrinter& printer) {
     advanceLine(printer);
     const bool tlfOff = displayValues[3].toString() == QLatin1String("false");
     drawLine(painter, leftColumn(reportCursor),
-             tr("TLF aktiviert: ") + (tlfOff ? QStringLiteral("Nein") : QStringLiteral("Ja")));
+             tr("TLF aktiviert: ") + (tlfOff ? tr("Nein") : tr("Ja")));
     // The cursor stays on the last line; the traffic-light section makes its
     // own space.
 }

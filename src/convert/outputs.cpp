@@ -7,6 +7,7 @@
 #include "convert/reportlayout.h"
 #include "convert/unitname.h"
 
+#include <QCoreApplication>
 #include <QPainter>
 #include <QPrinter>
 
@@ -31,7 +32,7 @@ QString fanMakerName(int code) {
     case 2:
         return QStringLiteral("Fläkt Woods");
     default:
-        return QStringLiteral("Unbekannst: Id ") + QString::number(code);
+        return QCoreApplication::translate("convert", "Unbekannst: Id ") + QString::number(code);
     }
 }
 

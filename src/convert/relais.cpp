@@ -78,9 +78,8 @@ void convert::printRelais(QPainter& painter, QPrinter& printer) {
             const qint64 stateTop = top + qint64(lineStep) * (k + 1);
             if (stateTop > relaisDepthLimit)
                 break;
-            const QString word = states.at(k - 1) == QLatin1String("0")
-                                     ? QStringLiteral("Geöffnet")
-                                     : QStringLiteral("Geschlossen");
+            const QString word =
+                states.at(k - 1) == QLatin1String("0") ? tr("Geöffnet") : tr("Geschlossen");
             drawLine(painter, leftColumn(int(stateTop)), tr("Zustand %1: ").arg(k) + word);
         }
         // One empty line follows the last state (or the threshold row).

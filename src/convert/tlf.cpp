@@ -6,6 +6,7 @@
 #include "convert/jsonrecord.h"
 #include "convert/reportlayout.h"
 
+#include <QCoreApplication>
 #include <QPainter>
 #include <QPrinter>
 
@@ -22,12 +23,12 @@ constexpr int tlfHeadingWidth = 9924;
 QString colourName(const QVariant& code) {
     switch (code.toInt()) {
     case 2:
-        return QStringLiteral("Gelb");
+        return QCoreApplication::translate("convert", "Gelb");
     case 3:
-        return QStringLiteral("Rot");
+        return QCoreApplication::translate("convert", "Rot");
     default:
         // The device starts every range green, so any other code means green.
-        return QStringLiteral("Grün");
+        return QCoreApplication::translate("convert", "Grün");
     }
 }
 

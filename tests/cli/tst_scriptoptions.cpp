@@ -30,8 +30,9 @@ struct Run {
 
 // Runs brevio-convert; as root, as the user nobody when asked, since root
 // writes into read-only folders anyway.
-Run runConverter(const QStringList& arguments, const QString& workingDir = QString(),
-                 bool unprivileged = false) {
+Run runConverter(
+    const QStringList& arguments, const QString& workingDir = QString(), bool unprivileged = false,
+    const QProcessEnvironment& environment = QProcessEnvironment::systemEnvironment()) {
     QString program = QStringLiteral(BREVIO_CONVERT_BINARY);
     QStringList all = arguments;
     if (unprivileged && geteuid() == 0) {
@@ -41,6 +42,7 @@ Run runConverter(const QStringList& arguments, const QString& workingDir = QStri
         program = QStringLiteral("setpriv");
     }
     QProcess process;
+    process.setProcessEnvironment(environment);
     if (!workingDir.isEmpty())
         process.setWorkingDirectory(workingDir);
     process.start(program, all);
@@ -100,6 +102,9 @@ private slots:
     void badOutputFolder();
     void jsonRecords();
     void jsonKeepsBytesOfNames();
+    void language_data();
+    void language();
+    void unknownLanguage();
 };
 
 void TestScriptOptions::outputFolder_data() {
@@ -326,6 +331,75 @@ void TestScriptOptions::jsonKeepsBytesOfNames() {
     const QByteArray complaint = python.readAllStandardError();
     QVERIFY2(python.exitCode() == 0, complaint.constData());
     QCOMPARE(python.readAllStandardOutput(), QByteArray("ok\n"));
+}
+
+void TestScriptOptions::language_data() {
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<QString>("locale");
+    QTest::addColumn<QString>("heading");
+    const QString german = QStringLiteral("Allgemeine Einstellungen:");
+    QTest::newRow("default") << QStringList() << "C.UTF-8" << german;
+    // The system's locale never chooses the report's language.
+    QTest::newRow("default, English locale") << QStringList() << "en_US.UTF-8" << german;
+    QTest::newRow("default, French locale") << QStringList() << "fr_FR.UTF-8" << german;
+    QTest::newRow("de, English locale")
+        << QStringList{QStringLiteral("--language"), QStringLiteral("de")} << "en_US.UTF-8"
+        << german;
+    QTest::newRow("en") << QStringList{QStringLiteral("--language"), QStringLiteral("en")}
+                        << "C.UTF-8"
+                        << "General settings:";
+    QTest::newRow("en=") << QStringList{QStringLiteral("--language=en")} << "de_DE.UTF-8"
+                         << "General settings:";
+}
+
+void TestScriptOptions::language() {
+    QFETCH(QStringList, options);
+    QFETCH(QString, locale);
+    QFETCH(QString, heading);
+    QTemporaryDir dir;
+    QVERIFY(QDir(dir.path()).mkdir(QStringLiteral("today")));
+    QVERIFY(QDir(dir.path()).mkdir(QStringLiteral("asked")));
+    const QString today =
+        writeFile(dir.filePath(QStringLiteral("today")), QStringLiteral("a.json"), example());
+    const QString asked =
+        writeFile(dir.filePath(QStringLiteral("asked")), QStringLiteral("a.json"), example());
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("LANG"), locale);
+    environment.insert(QStringLiteral("LC_ALL"), locale);
+    environment.insert(QStringLiteral("LANGUAGE"), locale.left(2));
+    QCOMPARE(runConverter({today}).exitCode, 0);
+    QCOMPARE(runConverter(options + QStringList{asked}, QString(), false, environment).exitCode, 0);
+
+    const PdfReport reference(reportPathFor(today));
+    const PdfReport report(reportPathFor(asked));
+    QVERIFY(report.isValid());
+    QVERIFY(!report.line(0, heading).isNull());
+    if (heading.startsWith(QStringLiteral("Allgemeine"))) {
+        // Word for word the German report, the path's folder name aside.
+        QCOMPARE(report.pageCount(), reference.pageCount());
+        for (int page = 0; page < report.pageCount(); ++page)
+            QCOMPARE(report.texts(page)
+                         .join(QLatin1Char('\n'))
+                         .replace(QStringLiteral("/asked/"), QStringLiteral("/x/")),
+                     reference.texts(page)
+                         .join(QLatin1Char('\n'))
+                         .replace(QStringLiteral("/today/"), QStringLiteral("/x/")));
+    }
+}
+
+void TestScriptOptions::unknownLanguage() {
+    QTemporaryDir dir;
+    const QString json = writeFile(dir.path(), QStringLiteral("a.json"), example());
+    for (const char* language : {"fr", "EN", "", "english"}) {
+        const Run run =
+            runConverter({QStringLiteral("--language"), QString::fromUtf8(language), json});
+        QCOMPARE(run.exitCode, 2);
+        QVERIFY2(run.err.startsWith(
+                     QStringLiteral("brevio-convert: --language needs de or en, not \"%1\"\n")
+                         .arg(QString::fromUtf8(language))),
+                 qPrintable(run.err));
+        QVERIFY(!QFileInfo::exists(dir.filePath(QStringLiteral("a.pdf"))));
+    }
 }
 
 QTEST_MAIN(TestScriptOptions)

@@ -165,6 +165,8 @@ check_completion() { # root
     rm -rf "$dir"
     result=$(complete_words "$1" 1 brevio-convert --js)
     [ "$result" = "--json" ] || fail "completing --js gave: $result"
+    result=$(complete_words "$1" 2 brevio-convert --language '')
+    [ "$result" = "$(printf 'de\nen')" ] || fail "completing --language gave: $result"
 }
 
 # The window program answers --version on a terminal without a display.
