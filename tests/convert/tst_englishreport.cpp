@@ -11,6 +11,7 @@
 #include "pdfreport.h"
 
 #include <QDir>
+#include <QFile>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
@@ -50,6 +51,7 @@ private slots:
     void labelAtGermanPosition();
     void noGermanWordLeft_data();
     void noGermanWordLeft();
+    void unknownMakerInEnglish();
     void unknownLanguageRefused();
 
 private:
@@ -202,6 +204,28 @@ void TestEnglishReport::noGermanWordLeft() {
     // The German report has it, as a check of the word list itself.
     QVERIFY(allWords(*german).contains(word));
     QVERIFY2(!allWords(*english).contains(word), qPrintable(english->dump()));
+}
+
+void TestEnglishReport::unknownMakerInEnglish() {
+    // A fan maker the device does not know, in the second channel.
+    QFile file(exampleFile(QStringLiteral("pressure-transmitter.json")));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray text = file.readAll();
+    const int at = text.lastIndexOf("\"producer\": 0");
+    QVERIFY(at > 0);
+    QByteArray changed = text;
+    changed.replace(at, int(qstrlen("\"producer\": 0")), "\"producer\": 7");
+    QVERIFY(QDir(dir.path()).mkdir(QStringLiteral("maker")));
+    const QString json =
+        writeFile(dir.filePath(QStringLiteral("maker")), QStringLiteral("anlage.json"), changed);
+    QVERIFY(runJob(json).finished());
+    const PdfReport report(reportPathFor(json));
+    const QPair<int, PdfTextLine> unknown =
+        find(report, QStringLiteral("Manufacturer: Unknown: Id 7"));
+    const QPair<int, PdfTextLine> known = find(*english, QStringLiteral("Manufacturer: "));
+    QVERIFY2(!unknown.second.isNull(), qPrintable(report.dump()));
+    QCOMPARE(unknown.first, known.first);
+    QVERIFY(qAbs(unknown.second.box.top() - known.second.box.top()) < 1.0);
 }
 
 void TestEnglishReport::unknownLanguageRefused() {
