@@ -120,7 +120,9 @@ def main(arguments):
                 failures.append(f"{configuration}: not converted: {run.stderr}")
                 continue
             texts += check(report, failures)
-    for word in ("Geöffnet", "Offset", "Allgemeine Einstellungen"):
+    # Words the font's ligatures would have joined (ff, fl, ffi, ffl).
+    for word in ("Geöffnet", "Offset", "Allgemeine Einstellungen", "Fluss", "Abfluss",
+                 "Schiffswerft", "Auffahrt", "official"):
         if word not in texts:
             failures.append(f"{word!r} is not found in the text of any report")
     for failure in failures:
