@@ -26,15 +26,18 @@ namespace {
 constexpr int watchdogIntervalMs = 500;
 constexpr int idleChecksBeforeGivingUp = 6;
 
-// Writes one line and flushes it; the errno of the first failure, or 0.
-int printLine(std::FILE* stream, const QString& line) {
-    // The locale's codec gives a file name back byte for byte.
-    const QByteArray bytes = line.toLocal8Bit() + '\n';
+// Writes bytes and flushes them; the errno of the failure, or 0.
+int printBytes(std::FILE* stream, const QByteArray& bytes) {
     errno = 0;
     if (std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stream) != size_t(bytes.size()) ||
         std::fflush(stream) != 0)
         return errno != 0 ? errno : EIO;
     return 0;
+}
+
+// Writes one line; the locale's codec gives a file name back byte for byte.
+int printLine(std::FILE* stream, const QString& line) {
+    return printBytes(stream, line.toLocal8Bit() + '\n');
 }
 
 } // namespace
@@ -214,12 +217,9 @@ void BatchConverter::writeJson(const Entry& entry) {
         jsonLine::record(entry.given, entry.converted ? entry.reportPath : QString(),
                          entry.converted, written ? QString() : entry.reason, entry.warnings) +
         '\n';
-    if (outError != 0)
-        return;
-    errno = 0;
-    if (std::fwrite(line.constData(), 1, size_t(line.size()), out) != size_t(line.size()) ||
-        std::fflush(out) != 0)
-        outError = errno != 0 ? errno : EIO;
+    // JSON is UTF-8 whatever the locale, names' stray bytes escaped.
+    if (outError == 0)
+        outError = printBytes(out, line);
 }
 
 void BatchConverter::writeError(const QString& line) {

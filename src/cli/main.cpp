@@ -179,7 +179,7 @@ int run(int argc, char* argv[]) {
         QThreadPool::globalInstance()->setMaxThreadCount(jobs);
     }
     const QString language = parser.value(languageOption);
-    if (!bootstrap::isLanguage(language) || !bootstrap::useLanguage(language))
+    if (!bootstrap::useLanguage(language))
         return finishOutput(
             usageError(parser,
                        QStringLiteral("--language needs de or en, not \"%1\"").arg(language)),
