@@ -6,6 +6,7 @@
 #   tools/install-packages.sh test   that, plus what the tests need (packaging included)
 #   tools/install-packages.sh fuzz   that, plus clang and its fuzzer runtime
 #   tools/install-packages.sh package   "run", plus what building the .deb needs
+#   tools/install-packages.sh windows   "run", plus the Windows cross build and Wine
 set -euo pipefail
 
 run_packages=(cmake ninja-build g++ pkg-config qtbase5-dev qtbase5-dev-tools fonts-dejavu-core
@@ -15,14 +16,19 @@ test_packages=(libpoppler-qt5-dev poppler-utils xvfb xdotool imagemagick x11-uti
     clang-format python3-pikepdf qpdf)
 package_packages=(dpkg-dev file)
 fuzz_packages=(clang libclang-rt-14-dev)
+# Cross-building for Windows (Qt from Debian's source package), the
+# installer, and running the Windows programs under Wine.
+windows_packages=(g++-mingw-w64-x86-64-posix mingw-w64 libwine-dev wine64 nsis dpkg-dev perl python3
+    make zip unzip xvfb xdotool imagemagick poppler-utils)
 
 case "${1:-}" in
 run) wanted=("${run_packages[@]}") ;;
 test) wanted=("${run_packages[@]}" "${test_packages[@]}" "${package_packages[@]}") ;;
 fuzz) wanted=("${run_packages[@]}" "${fuzz_packages[@]}") ;;
 package) wanted=("${run_packages[@]}" "${package_packages[@]}") ;;
+windows) wanted=("${run_packages[@]}" "${windows_packages[@]}") ;;
 *)
-    echo "usage: $0 run|test|fuzz|package" >&2
+    echo "usage: $0 run|test|fuzz|package|windows" >&2
     exit 2
     ;;
 esac
