@@ -61,6 +61,25 @@ fi
 
 tools/install-packages.sh windows >&2
 
+write_wintab_headers() {
+    cp /usr/include/wine/wine/windows/wintab.h "$1/wine-wintab.h"
+    cp /usr/include/wine/wine/windows/pktdef.h "$1/"
+    cat >"$1/wintab.h" <<'HEADER'
+/* Wine's Wintab header, with the two macros of Wine's own headers it uses. */
+#ifndef BREVIO_WINTAB_SHIM_H
+#define BREVIO_WINTAB_SHIM_H
+#include <windows.h>
+#ifndef DECL_WINELIB_TYPE_AW
+#define DECL_WINELIB_TYPE_AW(type) typedef type##W type;
+#endif
+#ifndef API
+#define API WINAPI
+#endif
+#include "wine-wintab.h"
+#endif
+HEADER
+}
+
 work=$cache/qt-build-$hash
 rm -rf "$work"
 mkdir -p "$work/src" "$work/bin" "$work/include"
@@ -86,8 +105,9 @@ for tool in gcc g++; do
     ln -sf "$(command -v ${cross}-$tool-posix)" "$work/bin/${cross}-$tool"
 done
 # Debian's source leaves out the Wintab headers the windows platform plugin
-# includes; Wine's development files carry the same public API.
-cp /usr/include/wine/wine/windows/wintab.h /usr/include/wine/wine/windows/pktdef.h "$work/include/"
+# includes; Wine's development files carry the same public API, written
+# with two macros of Wine's own headers that a shim supplies.
+write_wintab_headers "$work/include"
 
 start=$(date +%s)
 mkdir -p "$work/build"

@@ -4,7 +4,7 @@
 #include "convert/bootstrap.h"
 
 #include "convert/reportfonts.h"
-#include "files/filenamecodec.h"
+#include "files/nameencoding.h"
 
 #include <QCoreApplication>
 #include <QTranslator>
@@ -17,7 +17,7 @@ void initApplication(const QString& programName) {
     QCoreApplication::setApplicationName(programName);
     QCoreApplication::setApplicationVersion(QStringLiteral(BREVIO_VERSION));
     registerReportFonts();
-    FileNameCodec::useForLocale();
+    nameEncoding::keepNamesExact();
 }
 
 void printVersion(const QString& programName) {

@@ -7,6 +7,7 @@
 #include "files/filepaths.h"
 #include "files/reportfile.h"
 #include "files/reportlock.h"
+#include "files/temporaryfolders.h"
 
 #include <QFileInfo>
 #include <QFontMetrics>
@@ -18,6 +19,7 @@
 #include <QRectF>
 
 #include <memory>
+#include <stdexcept>
 
 using namespace reportLayout;
 
@@ -132,6 +134,10 @@ void convert::drawLine(QPainter& painter, const QRect& box, const QString& text)
 }
 
 void convert::advanceLine(QPrinter& printer) {
+    // A console that closes on Windows waits for the reports being drawn
+    // to be given up: only a closed report can be removed there.
+    if (temporaryFolders::interrupted())
+        throw std::runtime_error("interrupted");
     if (newPage(reportCursor))
         printer.newPage();
 }

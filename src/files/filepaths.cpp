@@ -3,39 +3,22 @@
 
 #include "files/filepaths.h"
 
-#include <QDir>
-#include <QFile>
-
-#include <sys/stat.h>
+#include "files/pathsyntax.h"
 
 namespace filePaths {
-
-QString workingFolder() {
-    // currentPath() is getcwd(): the physical folder, links already resolved.
-    const QString current = QDir::currentPath();
-    if (!current.isEmpty())
-        return current;
-    // A folder that is gone keeps no links: it can hold no file.
-    struct stat info {};
-    if (::stat(".", &info) != 0 || info.st_nlink == 0)
-        return QString();
-    return QStringLiteral(".");
-}
 
 QString absolute(const QString& path) {
     return absolute(path, workingFolder());
 }
 
 QString absolute(const QString& path, const QString& base) {
-    if (path.startsWith(QLatin1Char('/')))
+    if (pathSyntax::isAbsolute(path))
         return path;
     if (base == QLatin1String("."))
         return path;
     if (base.isEmpty())
         return QString();
-    if (base.endsWith(QLatin1Char('/')))
-        return base + path;
-    return base + QLatin1Char('/') + path;
+    return pathSyntax::absoluteOn(path, base);
 }
 
 QString reportFor(const QString& jsonPath) {
@@ -51,45 +34,37 @@ QString configurationFor(const QString& reportPath) {
     return configuration;
 }
 
-QString folderOf(const QString& path) {
-    const int slash = path.lastIndexOf(QLatin1Char('/'));
-    if (slash < 0)
-        return QStringLiteral(".");
-    if (slash == 0)
-        return QStringLiteral("/");
-    return path.left(slash);
-}
-
 namespace {
 
-Identity fromStat(int result, const struct stat& info) {
-    Identity identity;
-    if (result == 0) {
-        identity.exists = true;
-        identity.device = info.st_dev;
-        identity.inode = info.st_ino;
-        identity.regularFile = S_ISREG(info.st_mode);
-    }
-    return identity;
+int lastSeparator(const QString& path) {
+    for (int at = path.size() - 1; at >= 0; --at)
+        if (pathSyntax::isSeparator(path.at(at)))
+            return at;
+    return -1;
 }
 
 } // namespace
 
-Identity identityOf(const QString& path) {
-    struct stat info {};
-    return fromStat(::stat(QFile::encodeName(path).constData(), &info), info);
+QString folderOf(const QString& path) {
+    const int separator = lastSeparator(path);
+    const int root = pathSyntax::rootLength(path);
+    if (separator < 0 && root == 0)
+        return QStringLiteral(".");
+    // The root is a folder of its own: "/", "C:\", "\\server\share\".
+    if (separator < root)
+        return path.left(root);
+    return path.left(separator);
 }
 
-Identity entryIdentityOf(const QString& path) {
-    struct stat info {};
-    return fromStat(::lstat(QFile::encodeName(path).constData(), &info), info);
+QString fileNameOf(const QString& path) {
+    return path.mid(qMax(lastSeparator(path) + 1, pathSyntax::rootLength(path)));
 }
 
 QString reportKey(const QString& reportPath) {
     const Identity folder = identityOf(folderOf(reportPath));
     if (!folder.exists)
         return reportPath;
-    const QString name = reportPath.mid(reportPath.lastIndexOf(QLatin1Char('/')) + 1);
+    const QString name = fileNameOf(reportPath);
     return QStringLiteral("%1:%2/").arg(qulonglong(folder.device)).arg(qulonglong(folder.inode)) +
            name;
 }

@@ -5,8 +5,7 @@
 #define BREVIO_FILEPATHS_H
 
 #include <QString>
-
-#include <sys/types.h>
+#include <QtGlobal>
 
 // Paths as the system sees them. A name is never cleaned as text: in
 // "lnk/../plant.json" the ".." leads out of wherever lnk points, which only
@@ -36,14 +35,18 @@ QString reportFor(const QString& jsonPath);
 // in the window names the configuration it is to be made from.
 QString configurationFor(const QString& reportPath);
 
-// The folder part of path: everything before its last "/".
+// The folder part of path: everything before its last separator ("/", and
+// on Windows "\\" too), the root itself where that is all there is.
 QString folderOf(const QString& path);
+// The last component of path: everything after its last separator.
+QString fileNameOf(const QString& path);
 
-// Identifies a file by its device and inode number.
+// Identifies a file: its device and inode number, on Windows its volume's
+// serial number and its file index.
 struct Identity {
     bool exists = false;
-    dev_t device = 0;
-    ino_t inode = 0;
+    quint64 device = 0;
+    quint64 inode = 0;
     // Not part of the identity: what the entry was.
     bool regularFile = false;
 

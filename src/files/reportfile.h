@@ -9,14 +9,16 @@
 #include <QString>
 
 // The place a report is drawn into before it replaces the report's name.
-// A folder of its own (mode 0700, made with mkdtemp) is created next to the
-// report, and the printer writes the file inside it, where nobody else can
-// create, swap or link anything. commit() checks that the PDF is complete,
-// flushes it to the disk and renames it over the report's name in one step:
-// a link at that name is replaced, never followed; a hard-linked name gets a
-// new file; an older report stays whole until then, and stays whole when
-// anything fails. Whatever is left is removed when the object goes, or by
-// the signal handler of temporaryFolders when the process is interrupted.
+// A folder of its own (mode 0700, made with mkdtemp; on Windows a hidden
+// folder with a random name) is created next to the report, and the printer
+// writes the file inside it, where nobody else can create, swap or link
+// anything. commit() checks that the PDF is complete, flushes it to the disk
+// and puts it in the report's place in one step (rename(); on Windows
+// MoveFileEx with write-through): a link at that name is replaced, never
+// followed; a hard-linked name gets a new file; an older report stays whole
+// until then, and stays whole when anything fails. Whatever is left is
+// removed when the object goes, or by the interrupt handler of
+// temporaryFolders.
 class ReportFile {
 public:
     explicit ReportFile(const QString& reportPath);
@@ -50,17 +52,21 @@ public:
     static bool isCompletePdf(QFile& report);
 
 private:
-    QByteArray reportName;
-    QByteArray folder;
-    QByteArray file;
-    // The owner record's descriptor, locked while the folder is in use, and
-    // the folder's place in the registry of temporary folders.
-    int ownerFd = -1;
+    QString reportName;
+    QString folder;
+    QString file;
+    // The owner record, locked while the folder is in use, and the folder's
+    // place in the registry of temporary folders.
+    qintptr owner = -1;
     int registration = -1;
     Failure failed = Failure::None;
     QString error;
 
-    bool fail(Failure why, int errorNumber = 0);
+    // Makes the folder and registers it; the system's words when it cannot.
+    QString makeFolder(const QString& parent);
+    // What the destructor does when the folder could not be registered.
+    void removeByPath();
+    bool fail(Failure why, const QString& systemWords = QString());
     static bool reachedSizeLimit(qint64 size);
 };
 

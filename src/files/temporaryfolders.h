@@ -5,6 +5,7 @@
 #define BREVIO_TEMPORARYFOLDERS_H
 
 #include <QString>
+#include <QtGlobal>
 
 // The temporary report folders (".brevio-XXXXXX") of the jobs that are
 // running, kept where a signal handler can reach them. A process ended by
@@ -19,26 +20,40 @@ namespace temporaryFolders {
 constexpr const char ownerFileName[] = ".owner";
 
 // Registers the folder named folderName (one path component, such as
-// ".brevio-Ab12Cd") inside the folder open at parentFd, holding a file
-// named fileName. The registry takes a duplicate of parentFd. Returns the
-// slot to hand to remove(), or -1 when the registry is full (the folder is
-// then only removed by its owner, or by a later run).
-int add(int parentFd, const char* folderName, const char* fileName);
-// The folder is gone or now belongs to its report: forget it.
-void remove(int slot);
+// ".brevio-Ab12Cd") inside the folder parent, holding a file named
+// fileName. On POSIX the registry keeps parent open, so the folder is found
+// by its handle even after parent has been renamed or moved. Returns the
+// slot to hand to removeNow(), or -1 when the registry is full or parent
+// cannot be opened (the folder is then only removed by its owner, or by a
+// later run).
+int add(const QString& parent, const QString& folderName, const QString& fileName);
+// Removes the file, the owner record and the folder of slot through the
+// registered handle, then forgets it. Nothing happens for -1.
+void removeNow(int slot);
 
 // Removes the file, the owner record and the folder of every registered
-// entry. Async-signal-safe: only unlinkat() on data prepared beforehand.
+// entry. Async-signal-safe on POSIX: only unlinkat() on data prepared
+// beforehand.
 void removeAllNow() noexcept;
 
-// Installs handlers for SIGINT, SIGTERM and SIGHUP that call removeAllNow()
-// and then end the process by the same signal with its default action, so
-// that the parent sees the usual status.
+// Ends the process's run the way its console or terminal asks, with the
+// registered folders removed first: handlers for SIGINT, SIGTERM and SIGHUP
+// that call removeAllNow() and then end the process by the same signal with
+// its default action, so that the parent sees the usual status; on Windows
+// a console control handler for Ctrl-C, Ctrl-Break and the console's
+// closing.
 void removeOnInterrupt();
+// True once an interrupt asks the running jobs to stop: on Windows a
+// report still being drawn cannot be removed while the printer holds it,
+// so the jobs give up their reports and the handler waits for them.
+bool interrupted();
 
-// Writes the owner record into the open descriptor ownerFd; false when it
-// cannot be written.
-bool writeOwner(int ownerFd);
+// Opens the owner record of the folder at folderPath, newly created, and
+// writes this process into it: process id and boot id, or on Windows the
+// process's start time; the record stays locked for as long as the handle
+// is open. Returns the handle, or -1.
+qintptr createOwner(const QString& folderPath);
+void closeOwner(qintptr owner);
 
 // Removes every ".brevio-XXXXXX" folder in folder that is certainly
 // stale: its owner record names a process of another boot, or a process
