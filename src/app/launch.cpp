@@ -3,6 +3,8 @@
 
 #include "app/launch.h"
 
+#include "app/desktopplatform.h"
+
 #include "app/mainwindow.h"
 #include "convert/bootstrap.h"
 #include "files/filepaths.h"
@@ -22,7 +24,6 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <unistd.h>
 #include <vector>
 
 namespace launch {
@@ -169,7 +170,8 @@ int answerWithoutDisplay(int argc, char* argv[]) {
 
 bool displayNamed(int argc, char* argv[]) {
     // The plugin QGuiApplication would load: the last -platform wins over
-    // QT_QPA_PLATFORM, which wins over the build's default (xcb here).
+    // QT_QPA_PLATFORM, which wins over the build's default (xcb on Linux,
+    // windows on Windows, which needs no display server to be named).
     QString platforms = QString::fromLocal8Bit(qgetenv("QT_QPA_PLATFORM"));
     bool displayOption = false;
     for (int i = 1; i + 1 < argc; ++i) {
@@ -180,7 +182,7 @@ bool displayNamed(int argc, char* argv[]) {
             displayOption = argv[i + 1][0] != '\0';
     }
     if (platforms.isEmpty())
-        platforms = QStringLiteral("xcb");
+        platforms = desktopPlatform::defaultName();
     // "wayland;xcb" tries each in turn; "xcb:option" carries options.
     for (const QString& entry : platforms.split(QLatin1Char(';'), Qt::SkipEmptyParts)) {
         const QString name = entry.section(QLatin1Char(':'), 0, 0);
@@ -214,7 +216,7 @@ void displayGuard(QtMsgType type, const QMessageLogContext& context, const QStri
         std::fflush(stdout);
         std::fputs(noDisplayMessage, stderr);
         std::fflush(stderr);
-        ::_exit(exitNoDisplay);
+        std::_Exit(exitNoDisplay);
     }
     if (handlerBeforeGuard)
         handlerBeforeGuard(type, context, message);

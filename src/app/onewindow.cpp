@@ -4,7 +4,9 @@
 #include "app/onewindow.h"
 
 #include "app/launch.h"
+#include "app/localendpoint.h"
 #include "app/mainwindow.h"
+#include "files/pathsyntax.h"
 
 #include <QDir>
 #include <QFile>
@@ -15,11 +17,6 @@
 
 #include <memory>
 
-#include <cerrno>
-#include <sys/socket.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 namespace oneWindow {
 
 const QByteArray answerTaken = QByteArrayLiteral("ok\n");
@@ -28,27 +25,7 @@ namespace {
 
 const QByteArray header = QByteArrayLiteral("BREVIO-FILES 1\n");
 
-// A folder that is this user's own, not a link, and closed to everyone else.
-bool isPrivateFolder(const QByteArray& folder) {
-    struct stat info {};
-    if (::lstat(folder.constData(), &info) != 0)
-        return false;
-    return S_ISDIR(info.st_mode) && info.st_uid == ::getuid() && (info.st_mode & 077) == 0;
-}
-
 } // namespace
-
-QString privateFolder() {
-    const QByteArray runtime = qgetenv("XDG_RUNTIME_DIR");
-    if (!runtime.isEmpty() && runtime.startsWith('/') && isPrivateFolder(runtime))
-        return QFile::decodeName(runtime);
-    const QByteArray fallback = "/tmp/brevio-" + QByteArray::number(::getuid());
-    // An existing folder is taken only as it is: whoever made it first may
-    // not be this user, and a changed mode would not make it ours.
-    if (::mkdir(fallback.constData(), 0700) != 0 && errno != EEXIST)
-        return QString();
-    return isPrivateFolder(fallback) ? QFile::decodeName(fallback) : QString();
-}
 
 QString socketName(const QString& display) {
     QString screenless = display;
@@ -134,7 +111,7 @@ Received decode(const QByteArray& message) {
                 received.files.clear();
             return received;
         }
-        if (!path.startsWith('/') || path.size() > maxPathBytes ||
+        if (!pathSyntax::isAbsolute(QFile::decodeName(path)) || path.size() > maxPathBytes ||
             received.files.size() == maxFiles) {
             received.state = Received::Invalid;
             received.files.clear();
@@ -145,24 +122,12 @@ Received decode(const QByteArray& message) {
     }
 }
 
-bool peerIsUser(qintptr descriptor, uid_t user) {
-    struct ucred credentials {};
-    socklen_t size = sizeof credentials;
-    if (::getsockopt(int(descriptor), SOL_SOCKET, SO_PEERCRED, &credentials, &size) != 0 ||
-        size != sizeof credentials)
-        return false;
-    return credentials.uid == user;
-}
-
 } // namespace oneWindow
 
 namespace {
 
 QString defaultSocketPath() {
-    const QString folder = oneWindow::privateFolder();
-    if (folder.isEmpty())
-        return QString();
-    return folder + QLatin1Char('/') + oneWindow::socketName(oneWindow::currentDisplay());
+    return localEndpoint::serverName();
 }
 
 } // namespace
@@ -177,7 +142,7 @@ bool OneWindow::lock() {
     if (path.isEmpty())
         return false;
     if (!socketLock) {
-        socketLock = std::make_unique<QLockFile>(path + QStringLiteral(".lock"));
+        socketLock = std::make_unique<QLockFile>(localEndpoint::lockPath(path));
         // A start that was killed while it held the lock leaves it behind.
         socketLock->setStaleLockTime(oneWindow::answerTimeoutMs * 2);
     }
@@ -195,7 +160,7 @@ OneWindow::HandOver OneWindow::handOver(const QStringList& files) {
             return first ? HandOver::NoWindow : HandOver::Failed;
         first = false;
         // The folder is private, but the other end is asked all the same.
-        if (!oneWindow::peerIsUser(socket.socketDescriptor(), ::getuid()))
+        if (!localEndpoint::peerIsThisUser(socket.socketDescriptor()))
             return HandOver::Failed;
         socket.write(oneWindow::encode(batch));
         QByteArray answer;
@@ -213,6 +178,7 @@ bool OneWindow::serve(MainWindow& target) {
     if (!lock())
         return false;
     server = new QLocalServer(this);
+    localEndpoint::prepare(*server);
     bool listening = server->listen(path);
     if (!listening && server->serverError() == QAbstractSocket::AddressInUseError) {
         QLocalSocket probe;
@@ -226,10 +192,7 @@ bool OneWindow::serve(MainWindow& target) {
     socketLock->unlock();
     if (!listening)
         return false;
-    // The socket itself is closed to others too, not only its folder. (Qt's
-    // own access option renames a fresh socket over the name, which would
-    // push aside a window that still runs.)
-    ::chmod(QFile::encodeName(server->fullServerName()).constData(), 0600);
+    localEndpoint::restrict(*server);
     connect(server, &QLocalServer::newConnection, this, [this] {
         while (QLocalSocket* socket = server->nextPendingConnection())
             accept(socket);
@@ -239,7 +202,7 @@ bool OneWindow::serve(MainWindow& target) {
 
 void OneWindow::accept(QLocalSocket* socket) {
     connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
-    if (!oneWindow::peerIsUser(socket->socketDescriptor(), ::getuid())) {
+    if (!localEndpoint::peerIsThisUser(socket->socketDescriptor())) {
         socket->abort();
         socket->deleteLater();
         return;

@@ -12,8 +12,6 @@
 
 #include <memory>
 
-#include <sys/types.h>
-
 class MainWindow;
 class QLocalServer;
 class QLocalSocket;
@@ -80,11 +78,6 @@ constexpr int maxPathBytes = 4096;
 constexpr int receiveTimeoutMs = 5000;
 constexpr int answerTimeoutMs = 10000;
 
-// A folder only this user can enter: XDG_RUNTIME_DIR when it is one, else
-// /tmp/brevio-UID, made with mode 0700 and refused unless it is this
-// user's own folder (not a link) that nobody else can enter. Empty if
-// neither can be had.
-QString privateFolder();
 // "brevio-window-" and the display with its screen number dropped
 // (":0.0" is ":0"); anything but letters, digits and ".:-_" is escaped.
 QString socketName(const QString& display);
@@ -105,10 +98,6 @@ struct Received {
 // paths of at most maxPathBytes each, the end mark, nothing after it and
 // never more than maxMessageBytes.
 Received decode(const QByteArray& message);
-
-// Whether the process at the other end of the connected local socket runs
-// as the given user (SO_PEERCRED).
-bool peerIsUser(qintptr descriptor, uid_t user);
 
 } // namespace oneWindow
 

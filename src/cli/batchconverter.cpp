@@ -6,6 +6,7 @@
 #include "cli/failurereason.h"
 #include "cli/jsonline.h"
 #include "cli/namequoting.h"
+#include "cli/terminal.h"
 #include "convert/convert.h"
 #include "convert/runonpool.h"
 #include "files/filepaths.h"
@@ -15,7 +16,6 @@
 #include <QHash>
 
 #include <cerrno>
-#include <unistd.h>
 
 namespace {
 
@@ -26,18 +26,13 @@ namespace {
 constexpr int watchdogIntervalMs = 500;
 constexpr int idleChecksBeforeGivingUp = 6;
 
-// Writes bytes and flushes them; the errno of the failure, or 0.
 int printBytes(std::FILE* stream, const QByteArray& bytes) {
-    errno = 0;
-    if (std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stream) != size_t(bytes.size()) ||
-        std::fflush(stream) != 0)
-        return errno != 0 ? errno : EIO;
-    return 0;
+    return terminal::writeBytes(stream, bytes);
 }
 
-// Writes one line; the locale's codec gives a file name back byte for byte.
+// Writes one line as text for whoever reads it.
 int printLine(std::FILE* stream, const QString& line) {
-    return printBytes(stream, line.toLocal8Bit() + '\n');
+    return terminal::writeText(stream, line + QLatin1Char('\n'));
 }
 
 } // namespace
@@ -51,7 +46,7 @@ BatchConverter::BatchConverter(const QStringList& files, const Options& options,
     : QObject(parent), options(options), started(new std::atomic<bool>[size_t(files.size())]),
       out(out), err(err),
       // A script reading JSON gets nothing on err but what goes wrong.
-      progressOnTerminal(!options.json && isatty(fileno(err)) == 1) {
+      progressOnTerminal(!options.json && terminal::isTerminal(err)) {
     entries.reserve(files.size());
     for (int index = 0; index < files.size(); ++index) {
         Entry entry;

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "cli/batchconverter.h"
+#include "cli/terminal.h"
 #include "convert/bootstrap.h"
 #include "files/filepaths.h"
 #include "files/temporaryfolders.h"
@@ -13,13 +14,10 @@
 #include <QTimer>
 
 #include <cerrno>
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <fcntl.h>
 #include <new>
-#include <unistd.h>
 
 namespace {
 
@@ -42,29 +40,9 @@ int usageError(const QCommandLineParser& parser, const QString& message) {
     return bootstrap::usageError(programName(), message, parser.helpText());
 }
 
-// A standard stream that was closed by whoever started us would be the
-// number the next open() returns: the report list would go into a
-// configuration or a report. A descriptor that fails every write stands in
-// for it, so that the loss is noticed and told.
-void keepStandardStreamsTaken() {
-    for (int fd = STDIN_FILENO; fd <= STDERR_FILENO; ++fd)
-        if (::fcntl(fd, F_GETFD) == -1 && errno == EBADF) {
-            const int placeholder = ::open("/dev/null", O_RDONLY);
-            if (placeholder >= 0 && placeholder != fd) {
-                ::dup2(placeholder, fd);
-                ::close(placeholder);
-            }
-        }
-}
-
 void setUpSignals() {
-    // A reader that goes away (| head -1) is a failed write, told and
-    // counted like any other; a report past the file size limit is a
-    // failed write as well, and the next file is converted.
-    std::signal(SIGPIPE, SIG_IGN);
-    std::signal(SIGXFSZ, SIG_IGN);
-    // Ctrl-C, a closed terminal or kill remove the running jobs' temporary
-    // folders and end the process by that signal.
+    // Ctrl-C, a closed terminal or console, or kill remove the running
+    // jobs' temporary folders and end the process as they would have.
     temporaryFolders::removeOnInterrupt();
 }
 
@@ -90,7 +68,7 @@ int run(int argc, char* argv[]);
 } // namespace
 
 int main(int argc, char* argv[]) {
-    keepStandardStreamsTaken();
+    terminal::prepareProcess();
     setUpSignals();
     try {
         return run(argc, argv);
@@ -124,9 +102,7 @@ int run(int argc, char* argv[]) {
     // Before the arguments are read: file names that are not UTF-8 must
     // come through byte for byte.
     bootstrap::initApplication(programName());
-    QStringList arguments;
-    for (int index = 0; index < argc; ++index)
-        arguments.append(QString::fromLocal8Bit(argv[index]));
+    const QStringList arguments = terminal::arguments(argc, argv);
 
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(

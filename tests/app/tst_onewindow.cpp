@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "app/listwidgetcontainer.h"
+#include "app/localendpoint_posix.h"
 #include "app/mainwindow.h"
 #include "app/onewindow.h"
 #include "files/filenamecodec.h"
@@ -205,12 +206,12 @@ void TestOneWindow::socketName() {
 void TestOneWindow::peerUser() {
     int pair[2];
     QCOMPARE(::socketpair(AF_UNIX, SOCK_STREAM, 0, pair), 0);
-    QVERIFY(oneWindow::peerIsUser(pair[0], ::getuid()));
-    QVERIFY(!oneWindow::peerIsUser(pair[0], ::getuid() + 1));
+    QVERIFY(localEndpoint::peerIsUser(pair[0], ::getuid()));
+    QVERIFY(!localEndpoint::peerIsUser(pair[0], ::getuid() + 1));
     ::close(pair[0]);
     ::close(pair[1]);
     // Not a socket at all.
-    QVERIFY(!oneWindow::peerIsUser(-1, ::getuid()));
+    QVERIFY(!localEndpoint::peerIsUser(-1, ::getuid()));
 }
 
 void TestOneWindow::privateFolderRefusesOpenRuntimeFolder() {
@@ -219,11 +220,11 @@ void TestOneWindow::privateFolderRefusesOpenRuntimeFolder() {
     QVERIFY(QDir().mkpath(runtime));
     ::chmod(QFile::encodeName(runtime).constData(), 0700);
     qputenv("XDG_RUNTIME_DIR", QFile::encodeName(runtime));
-    QCOMPARE(oneWindow::privateFolder(), runtime);
+    QCOMPARE(localEndpoint::privateFolder(), runtime);
 
     // Open to the group: not a place for the socket.
     ::chmod(QFile::encodeName(runtime).constData(), 0750);
-    const QString fallback = oneWindow::privateFolder();
+    const QString fallback = localEndpoint::privateFolder();
     qputenv("XDG_RUNTIME_DIR", saved);
     QCOMPARE(fallback, QStringLiteral("/tmp/brevio-%1").arg(::getuid()));
     struct stat info {};

@@ -1,0 +1,34 @@
+// SPDX-FileCopyrightText: 2026 The Brevio developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#ifndef BREVIO_LOCALENDPOINT_H
+#define BREVIO_LOCALENDPOINT_H
+
+#include <QString>
+
+class QLocalServer;
+
+// Where the running window listens for the files of later starts, and who
+// may reach it, the system's own way: on POSIX a socket in a folder only
+// the user can enter, named for the display; on Windows a named pipe named
+// for the user and the logon session, open to that user alone.
+namespace localEndpoint {
+
+// The server name for this user here, or empty when none can be had (each
+// start then opens a window of its own).
+QString serverName();
+// The file whose lock lets one start at a time find out whether a window
+// listens at serverName.
+QString lockPath(const QString& serverName);
+// Before server listens: what the system lets a server set up front.
+void prepare(QLocalServer& server);
+// After server listens: closes the endpoint to everyone but the user.
+void restrict(const QLocalServer& server);
+// Whether the process at the other end of a connected socket runs as this
+// user: asked of the system where it can tell (SO_PEERCRED); a pipe open
+// only to the user has nobody else at its end.
+bool peerIsThisUser(qintptr descriptor);
+
+} // namespace localEndpoint
+
+#endif
