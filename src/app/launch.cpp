@@ -246,9 +246,12 @@ QTranslator* toolkitTranslation = nullptr;
 
 bool loadToolkitTranslation() {
     auto* translator = new QTranslator(QCoreApplication::instance());
+    // The system's Qt has it among its translations; a program that brings
+    // its own Qt (Windows) carries it in its resources.
     if (!translator->load(QLocale(QLocale::German, QLocale::Germany), QStringLiteral("qtbase"),
                           QStringLiteral("_"),
-                          QLibraryInfo::location(QLibraryInfo::TranslationsPath))) {
+                          QLibraryInfo::location(QLibraryInfo::TranslationsPath)) &&
+        !translator->load(QStringLiteral(":/translations/qtbase_de.qm"))) {
         delete translator;
         return false;
     }

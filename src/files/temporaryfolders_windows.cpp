@@ -31,8 +31,8 @@ struct Slot {
 
 QMutex registryLock;
 QVector<Slot>& registry() {
-    static QVector<Slot> slots;
-    return slots;
+    static QVector<Slot> table;
+    return table;
 }
 
 std::atomic<bool> stopRequested{false};
@@ -176,23 +176,23 @@ int add(const QString& parent, const QString& folderName, const QString& fileNam
     slot.file = windowsPath::forSystem(folder + QLatin1Char('/') + fileName);
     slot.owner = windowsPath::forSystem(folder + QLatin1Char('/') + QLatin1String(ownerFileName));
     QMutexLocker guard(&registryLock);
-    QVector<Slot>& slots = registry();
-    for (int index = 0; index < slots.size(); ++index)
-        if (!slots[index].live) {
-            slots[index] = slot;
+    QVector<Slot>& table = registry();
+    for (int index = 0; index < table.size(); ++index)
+        if (!table[index].live) {
+            table[index] = slot;
             return index;
         }
-    slots.append(slot);
-    return slots.size() - 1;
+    table.append(slot);
+    return table.size() - 1;
 }
 
 void removeNow(int slot) {
     QMutexLocker guard(&registryLock);
-    QVector<Slot>& slots = registry();
-    if (slot < 0 || slot >= slots.size() || !slots[slot].live)
+    QVector<Slot>& table = registry();
+    if (slot < 0 || slot >= table.size() || !table[slot].live)
         return;
-    removeSlotFiles(slots[slot]);
-    slots[slot] = Slot();
+    removeSlotFiles(table[slot]);
+    table[slot] = Slot();
 }
 
 void removeAllNow() noexcept {
