@@ -13,6 +13,13 @@ namespace desktopPlatform {
 // names one: "xcb" on Linux, "windows" on Windows.
 QString defaultName();
 
+// Whether the window's file dialogs are Qt's own rather than the
+// system's: the same German dialog everywhere.
+bool toolkitDialogs();
+
+// The widget style the window is drawn in, or empty for the desktop's own.
+QString styleName();
+
 } // namespace desktopPlatform
 
 #endif

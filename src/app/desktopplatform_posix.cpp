@@ -9,4 +9,16 @@ QString defaultName() {
     return QStringLiteral("xcb");
 }
 
+bool toolkitDialogs() {
+    // Without a platform theme Qt's own dialog is what Linux shows anyway;
+    // a desktop's theme brings its own, in the desktop's language.
+    return false;
+}
+
+QString styleName() {
+    // A Linux desktop's style (Breeze, Adwaita, Fusion) lays the rows out
+    // as intended; the user's choice stays.
+    return QString();
+}
+
 } // namespace desktopPlatform

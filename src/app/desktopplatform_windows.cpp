@@ -9,4 +9,17 @@ QString defaultName() {
     return QStringLiteral("windows");
 }
 
+bool toolkitDialogs() {
+    // The system's dialog speaks the language of the Windows installation;
+    // Qt's own speaks the window's German, as on Linux.
+    return true;
+}
+
+QString styleName() {
+    // Windows' native style gives a progress bar a minimum width of about
+    // 380 pixels, which crushes each row's path field to a few letters;
+    // Fusion draws the rows as on Linux, the path taking the free width.
+    return QStringLiteral("Fusion");
+}
+
 } // namespace desktopPlatform

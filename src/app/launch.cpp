@@ -239,6 +239,7 @@ void enableHighDpi() {
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     // Pixmaps and border images drawn for the device pixels, not blown up.
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs, desktopPlatform::toolkitDialogs());
 }
 
 // Qt's own German, for as long as the window speaks German.
@@ -272,6 +273,9 @@ bool useLanguage(const QString& language) {
 void describeApplication() {
     bootstrap::initApplication(programName());
     loadToolkitTranslation();
+    const QString style = desktopPlatform::styleName();
+    if (!style.isEmpty())
+        QApplication::setStyle(style);
     QGuiApplication::setDesktopFileName(QStringLiteral(BREVIO_APP_ID));
     QIcon icon;
     for (const int size : {16, 22, 24, 32, 48, 64, 128, 256})

@@ -41,7 +41,8 @@ void endDisplayGuard();
 
 // Qt's high-DPI scaling is opt-in in Qt 5: without it the window keeps its
 // 96-dpi pixel sizes on a 192-dpi screen while its point-sized fonts double.
-// Call before the application object exists.
+// Also picks Qt's own file dialogs where the platform's would not be
+// German (Windows). Call before the application object exists.
 void enableHighDpi();
 
 // The shared start-up (name, version, file-name codec, report fonts), then
