@@ -300,10 +300,7 @@ Request parse(const QStringList& arguments, const QString& currentDir) {
 void openWhenShown(MainWindow& window, const QStringList& files) {
     if (files.isEmpty())
         return;
-    QTimer::singleShot(0, &window, [&window, files] {
-        for (const QString& file : files)
-            window.addListWidgetItem(file);
-    });
+    QTimer::singleShot(0, &window, [&window, files] { window.addListWidgetItems(files); });
 }
 
 } // namespace launch

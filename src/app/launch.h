@@ -78,9 +78,9 @@ bool useLanguage(const QString& language);
 // drop hands the window absolute paths).
 Request parse(const QStringList& arguments, const QString& currentDir);
 
-// Adds the files one after another through the same path a drop takes,
-// once the event loop runs, so that the window is on screen and a refusal
-// ("Fehler") appears over it.
+// Adds the files in order through the same path a drop takes, once the
+// event loop runs, so that the window is on screen and a refusal ("Fehler")
+// appears over it.
 void openWhenShown(MainWindow& window, const QStringList& files);
 
 } // namespace launch

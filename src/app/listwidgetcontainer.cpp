@@ -150,7 +150,9 @@ ListWidgetContainer::ListWidgetContainer(QWidget* parent, QString path) : QWidge
     layout->addWidget(btnNewName);
     layout->addWidget(btnKonvertier);
 
-    setStyleSheet(QLatin1String(rowStyleSheet));
+    // One copy of the text for all rows: a long list holds thousands.
+    static const QString sharedStyleSheet = QLatin1String(rowStyleSheet);
+    setStyleSheet(sharedStyleSheet);
     setLayout(layout);
 }
 

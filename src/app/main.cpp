@@ -9,6 +9,7 @@
 
 #include <QApplication>
 
+#include <csignal>
 #include <cstdio>
 
 int main(int argc, char* argv[]) {
@@ -16,6 +17,11 @@ int main(int argc, char* argv[]) {
     if (answered != launch::startWindow)
         return answered;
 
+    // A report cut off by the file size limit (ulimit -f) is a failed
+    // write like one to a full disk: its job fails and removes its
+    // temporary folder, while the window and its list stay. By default the
+    // signal would end the whole window.
+    std::signal(SIGXFSZ, SIG_IGN);
     // A logout (SIGHUP, SIGTERM) or Ctrl-C in the starting terminal ends
     // the window by the signal as before, but the running jobs' temporary
     // report folders go with it.

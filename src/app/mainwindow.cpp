@@ -14,6 +14,7 @@
 #include <QDebug>
 #include <QDragEnterEvent>
 #include <QDropEvent>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileDialog>
 #include <QKeySequence>
@@ -57,6 +58,14 @@ void describeButton(QAbstractButton* button, const QString& name) {
     button->setAccessibleName(name);
 }
 
+// A long listing goes in parts with the event loop between them. Making
+// one part's rows takes about this long, or as long as laying out the list
+// once when that takes longer; input waits no longer than one part.
+constexpr qint64 partNs = 40 * 1000 * 1000;
+// Rows of the first part, before any cost is known, and at most of any.
+constexpr int firstPartRows = 50;
+constexpr int maxPartRows = 5000;
+
 // Rows are a fixed height and leave room for the list's frame and
 // scroll bar gap.
 QSize rowSizeHint(const QListWidget* list) {
@@ -71,13 +80,17 @@ MainWindow::MainWindow(QWidget* parent) : QMainWindow(parent) {
     setWindowTitle(tr("Brevio [Beta]"));
     setAcceptDrops(true);
 
+    // The rest of a long listing goes on from the event loop.
+    nextPart.setSingleShot(true);
+    nextPart.setInterval(0);
+    connect(&nextPart, &QTimer::timeout, this, &MainWindow::listWaitingFiles);
+
     const auto openFiles = [this] {
         // No filter on purpose: whatever is chosen goes through the same
         // check as a drop.
         const QStringList files = QFileDialog::getOpenFileNames(
             nullptr, QString(), QString(), QString(), nullptr, QFileDialog::Options());
-        for (const QString& file : files)
-            addListWidgetItem(file);
+        addListWidgetItems(files);
     };
     connect(ui->btnBrows, &QAbstractButton::clicked, this, openFiles);
     connect(ui->btnKonvert, &QAbstractButton::clicked, this, &MainWindow::convertAll);
@@ -107,37 +120,116 @@ MainWindow::~MainWindow() {
 }
 
 void MainWindow::addListWidgetItem(QString path) {
-    if (!path.endsWith(QLatin1String(".json")))
+    addListWidgetItems(QStringList{path});
+}
+
+void MainWindow::addListWidgetItems(const QStringList& paths) {
+    waitingFiles.append(paths);
+    // Inside a part (from a "Fehler" box's event loop) the files only join
+    // the end of the queue; otherwise a first part is listed at once, which
+    // for a few files is all of them.
+    if (!listing)
+        listWaitingFiles();
+}
+
+void MainWindow::listWaitingFiles() {
+    // Re-entered from a "Fehler" box's event loop: the part that opened the
+    // box goes on once it is answered.
+    if (listing)
         return;
-    path = filePaths::reportFor(path);
+    listing = true;
 
-    for (const QString& listed : fileList) {
-        if (listed == path) {
-            QMessageBox::information(nullptr, tr("Fehler"),
-                                     tr("Die Datei ") + path +
-                                         tr(" befindest sich schon in der Liste"),
-                                     QMessageBox::Ok, QMessageBox::NoButton);
-            return;
+    int wanted = partRows();
+    while (nextWaiting < waitingFiles.size() && wanted > 0) {
+        // A repeated file's box stands over exactly the rows before it.
+        QStringList reports;
+        QString repeated;
+        while (nextWaiting < waitingFiles.size() && reports.size() < wanted) {
+            const QString& path = waitingFiles.at(nextWaiting++);
+            if (!path.endsWith(QLatin1String(".json")))
+                continue;
+            const QString report = filePaths::reportFor(path);
+            if (fileList.contains(report)) {
+                repeated = report;
+                break;
+            }
+            fileList.insert(report);
+            reports.append(report);
         }
+        appendRows(reports);
+        wanted -= reports.size();
+        if (!repeated.isEmpty())
+            refuseDuplicate(repeated);
     }
-    fileList.append(path);
 
-    auto* item = new QListWidgetItem(ui->listWidget);
-    item->setData(Qt::SizeHintRole, rowSizeHint(ui->listWidget));
-    auto* row = new ListWidgetContainer(this, path);
+    if (nextWaiting < waitingFiles.size()) {
+        nextPart.start();
+    } else {
+        waitingFiles.clear();
+        nextWaiting = 0;
+    }
+    listing = false;
+}
 
-    connect(row, &ListWidgetContainer::deleteMe, row, [this, row, item] {
-        // A renamed row is no longer found under its new name, so its old
-        // name stays blocked for later additions.
-        const int index = fileList.indexOf(row->filePath);
-        if (index >= 0)
-            fileList.removeAt(index);
-        // The list view disposes of the row widget along with its item.
-        delete item;
-    });
-    connect(row, &ListWidgetContainer::konvertMe, this, [this, row] { convertSingle(row); });
+int MainWindow::partRows() const {
+    if (rowNs <= 0)
+        return firstPartRows;
+    // Each part lays out the whole list, which takes longer the longer the
+    // list is; parts whose rows take at least as long to make as that
+    // layout keep the whole listing linear in the number of rows, at most
+    // twice the cost of making the rows alone.
+    const qint64 budget = qMax(partNs, layoutNs);
+    return int(qBound<qint64>(1, budget / rowNs, maxPartRows));
+}
 
-    ui->listWidget->setItemWidget(item, row);
+void MainWindow::appendRows(const QStringList& reports) {
+    if (reports.isEmpty())
+        return;
+    QListWidget* list = ui->listWidget;
+    QElapsedTimer clock;
+    clock.start();
+
+    // Each insertion into a shown list lays out the whole list and places
+    // every row widget anew, so the part's items go in at once.
+    const int first = list->count();
+    list->model()->insertRows(first, reports.size());
+    qint64 layout = clock.nsecsElapsed();
+
+    const QSize sizeHint = rowSizeHint(list);
+    for (int i = 0; i < reports.size(); ++i) {
+        QListWidgetItem* item = list->item(first + i);
+        item->setData(Qt::SizeHintRole, sizeHint);
+        // Made where the list puts it anyway, so that it is not moved and
+        // styled a second time.
+        auto* row = new ListWidgetContainer(list->viewport(), reports.at(i));
+
+        connect(row, &ListWidgetContainer::deleteMe, row, [this, row, item] {
+            // A renamed row is no longer found under its new name, so its
+            // old name stays blocked for later additions.
+            fileList.remove(row->filePath);
+            // The list view disposes of the row widget along with its item.
+            delete item;
+        });
+        connect(row, &ListWidgetContainer::konvertMe, this, [this, row] { convertSingle(row); });
+
+        // Only the first one lays the list out; the others wait for the
+        // layout below.
+        list->setItemWidget(item, row);
+    }
+    const qint64 rows = clock.nsecsElapsed() - layout;
+
+    const qint64 before = clock.nsecsElapsed();
+    list->doItemsLayout();
+    layout += clock.nsecsElapsed() - before;
+
+    rowNs = qMax<qint64>(1, rows / reports.size());
+    layoutNs = layout;
+}
+
+void MainWindow::refuseDuplicate(const QString& report) {
+    QMessageBox::information(nullptr, tr("Fehler"),
+                             tr("Die Datei ") + report + tr(" befindest sich schon in der Liste"),
+                             QMessageBox::Ok, QMessageBox::NoButton);
 }
 
 void MainWindow::convertAll() {
@@ -193,10 +285,12 @@ void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
 void MainWindow::dropEvent(QDropEvent* event) {
     qCDebug(brevioWindow) << "Dropevent";
     const QList<QUrl> urls = event->mimeData()->urls();
+    QStringList paths;
     for (const QUrl& url : urls) {
         // Not a local file: the empty path is refused by its missing ending.
         const QString path = localPathOf(url);
         qCDebug(brevioWindow) << "Dropped file:" << path;
-        addListWidgetItem(path);
+        paths.append(path);
     }
+    addListWidgetItems(paths);
 }

@@ -6,9 +6,11 @@
 
 #include "app/listwidgetcontainer.h"
 
-#include <QList>
 #include <QMainWindow>
+#include <QSet>
 #include <QString>
+#include <QStringList>
+#include <QTimer>
 
 class QDragEnterEvent;
 class QDropEvent;
@@ -25,9 +27,15 @@ public:
     explicit MainWindow(QWidget* parent = nullptr);
     ~MainWindow() override;
 
-    // Takes one configuration file into the list; anything not ending in
-    // ".json" and anything already listed is refused.
+    // Takes one configuration file into the list, after any files still
+    // waiting to be listed; anything not ending in ".json" and anything
+    // already listed is refused.
     void addListWidgetItem(QString path);
+    // Takes the files into the list in the order given, each as
+    // addListWidgetItem() would. Many files are taken a part at a time from
+    // the event loop, so that the window answers input meanwhile; files
+    // given while earlier ones still wait are taken after them.
+    void addListWidgetItems(const QStringList& paths);
 
 public slots:
     void convertAll();
@@ -39,10 +47,29 @@ protected:
     void dropEvent(QDropEvent* event) override;
 
 private:
+    // Lists the next part of the waiting files.
+    void listWaitingFiles();
+    int partRows() const;
+    // Appends one row per report path, laid out once for all of them.
+    void appendRows(const QStringList& reports);
+    void refuseDuplicate(const QString& report);
+
     Ui_MainWindow* ui;
     // The report paths of the rows as they were added, for refusing
-    // duplicates. A row renamed later keeps its old entry here.
-    QList<QString> fileList;
+    // duplicates; a set, since every file given is looked up in it. A row
+    // renamed later keeps its old entry here.
+    QSet<QString> fileList;
+
+    // Files given but not yet listed: waitingFiles from nextWaiting on.
+    QStringList waitingFiles;
+    int nextWaiting = 0;
+    // A part is being listed; a "Fehler" box it opened may be running its
+    // own event loop.
+    bool listing = false;
+    QTimer nextPart;
+    // What the parts cost so far, to size the next one.
+    qint64 rowNs = 0;
+    qint64 layoutNs = 0;
 };
 
 #endif

@@ -1,0 +1,269 @@
+// SPDX-FileCopyrightText: 2026 The Brevio developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Thousands of files at once, from the command line, a drop or another
+// start: the window keeps answering input while it lists them, and the rows
+// and the "Fehler" boxes come in the order of the files, as for a few.
+#include "app/launch.h"
+#include "app/listwidgetcontainer.h"
+#include "app/mainwindow.h"
+#include "app/onewindow.h"
+#include "windowtest.h"
+
+#include <QCoreApplication>
+#include <QKeyEvent>
+#include <QListWidget>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QUrl>
+
+namespace {
+
+// Enough rows that listing them takes far longer than one turn of the event
+// loop should (several seconds when they are added in one go).
+constexpr int manyRows = 2000;
+// Generous: the same batch listed in one go took about 20 s on the
+// project's 2-core machine.
+constexpr int listingTimeoutMs = 300000;
+
+QListWidget* listOf(MainWindow& window) {
+    return window.findChild<QListWidget*>(QStringLiteral("listWidget"));
+}
+
+QStringList rowPaths(MainWindow& window) {
+    QStringList paths;
+    QListWidget* list = listOf(window);
+    for (int i = 0; i < list->count(); ++i) {
+        auto* row = qobject_cast<ListWidgetContainer*>(list->itemWidget(list->item(i)));
+        paths.append(row ? row->filePath : QStringLiteral("<no row>"));
+    }
+    return paths;
+}
+
+QString configuration(int i) {
+    return QStringLiteral("/srv/anlagen/halle-3/messstelle-%1.json")
+        .arg(i, 5, 10, QLatin1Char('0'));
+}
+
+QString report(int i) {
+    return QStringLiteral("/srv/anlagen/halle-3/messstelle-%1.pdf").arg(i, 5, 10, QLatin1Char('0'));
+}
+
+QStringList configurations(int count) {
+    QStringList files;
+    for (int i = 0; i < count; ++i)
+        files.append(configuration(i));
+    return files;
+}
+
+QStringList reports(int count) {
+    QStringList files;
+    for (int i = 0; i < count; ++i)
+        files.append(report(i));
+    return files;
+}
+
+QString duplicateText(const QString& pdfPath) {
+    return QStringLiteral("Die Datei ") + pdfPath +
+           QStringLiteral(" befindest sich schon in der Liste");
+}
+
+// Input that arrives while a batch is being listed: as soon as the first
+// row appears, a key press is posted to the list, as the window system
+// would deliver one; the probe notes how many rows were listed when the
+// list got it. Listed all in one go, the key press waits until the last row.
+class InputProbe : public QObject {
+public:
+    explicit InputProbe(QListWidget* list) : list(list) {
+        list->installEventFilter(this);
+        connect(list->model(), &QAbstractItemModel::rowsInserted, this, [this] {
+            if (posted)
+                return;
+            posted = true;
+            QCoreApplication::postEvent(
+                this->list, new QKeyEvent(QEvent::KeyPress, Qt::Key_F13, Qt::NoModifier));
+        });
+    }
+
+    bool posted = false;
+    int rowsWhenAnswered = -1;
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::KeyPress &&
+            static_cast<QKeyEvent*>(event)->key() == Qt::Key_F13) {
+            rowsWhenAnswered = list->count();
+            return true;
+        }
+        return false;
+    }
+
+private:
+    QListWidget* list;
+};
+
+} // namespace
+
+class TestManyRows : public QObject {
+    Q_OBJECT
+
+private slots:
+    void commandLineAnswersInputWhileListing();
+    void dropAnswersInputWhileListing();
+    void handOverAnswersInputWhileListing();
+    void orderAndBoxesAsForFewFiles();
+    void laterBatchFollowsEarlierOne();
+    void smallDropListedAtOnce();
+};
+
+void TestManyRows::commandLineAnswersInputWhileListing() {
+    MainWindow window;
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    ModalAnswerer unexpected;
+    InputProbe probe(listOf(window));
+
+    launch::openWhenShown(window, configurations(manyRows));
+    QTRY_COMPARE_WITH_TIMEOUT(listOf(window)->count(), manyRows, listingTimeoutMs);
+    QVERIFY(probe.posted);
+    QTRY_VERIFY(probe.rowsWhenAnswered >= 0);
+    QVERIFY2(probe.rowsWhenAnswered > 0 && probe.rowsWhenAnswered < manyRows,
+             qPrintable(QStringLiteral("input answered with %1 of %2 rows listed")
+                            .arg(probe.rowsWhenAnswered)
+                            .arg(manyRows)));
+    QCOMPARE(rowPaths(window), reports(manyRows));
+    QCOMPARE(unexpected.count(), 0);
+}
+
+void TestManyRows::dropAnswersInputWhileListing() {
+    MainWindow window;
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    ModalAnswerer unexpected;
+    InputProbe probe(listOf(window));
+
+    QList<QUrl> urls;
+    for (const QString& file : configurations(manyRows))
+        urls.append(QUrl::fromLocalFile(file));
+    QVERIFY(dragAndDrop(&window, urls));
+    QTRY_COMPARE_WITH_TIMEOUT(listOf(window)->count(), manyRows, listingTimeoutMs);
+    QVERIFY(probe.posted);
+    QTRY_VERIFY(probe.rowsWhenAnswered >= 0);
+    QVERIFY2(probe.rowsWhenAnswered > 0 && probe.rowsWhenAnswered < manyRows,
+             qPrintable(QStringLiteral("input answered with %1 of %2 rows listed")
+                            .arg(probe.rowsWhenAnswered)
+                            .arg(manyRows)));
+    QCOMPARE(rowPaths(window), reports(manyRows));
+    QCOMPARE(unexpected.count(), 0);
+}
+
+void TestManyRows::handOverAnswersInputWhileListing() {
+    QTemporaryDir dir;
+    QVERIFY(dir.isValid());
+    MainWindow window;
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    OneWindow server(dir.filePath(QStringLiteral("socket")));
+    QVERIFY(server.serve(window));
+    ModalAnswerer unexpected;
+    InputProbe probe(listOf(window));
+
+    // The most that one message of a later start may bring.
+    constexpr int rows = oneWindow::maxFiles;
+    server.receive(configurations(rows));
+    QTRY_COMPARE_WITH_TIMEOUT(listOf(window)->count(), rows, listingTimeoutMs);
+    QVERIFY(probe.posted);
+    QTRY_VERIFY(probe.rowsWhenAnswered >= 0);
+    QVERIFY2(probe.rowsWhenAnswered > 0 && probe.rowsWhenAnswered < rows,
+             qPrintable(QStringLiteral("input answered with %1 of %2 rows listed")
+                            .arg(probe.rowsWhenAnswered)
+                            .arg(rows)));
+    QCOMPARE(rowPaths(window), reports(rows));
+    QCOMPARE(unexpected.count(), 0);
+}
+
+void TestManyRows::orderAndBoxesAsForFewFiles() {
+    MainWindow window;
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QListWidget* list = listOf(window);
+
+    // Repeats far apart, a name that is not taken, and a repeat of a repeat.
+    QStringList files = configurations(manyRows);
+    files.insert(1500, configuration(3));
+    files.insert(900, QStringLiteral("/srv/anlagen/halle-3/LAGER.JSON"));
+    files.insert(600, configuration(599));
+    files.append(configuration(3));
+
+    // Each box stands over exactly the rows before its file; the rest wait.
+    QList<int> rowsUnderBox;
+    const auto answer = [&](QWidget* box) {
+        rowsUnderBox.append(list->count());
+        clickMessageBoxOk(box);
+    };
+    ModalAnswerer answerer({answer, answer, answer});
+    launch::openWhenShown(window, files);
+    QTRY_COMPARE_WITH_TIMEOUT(answerer.count(), 3, listingTimeoutMs);
+    QTRY_COMPARE_WITH_TIMEOUT(list->count(), manyRows, listingTimeoutMs);
+    // Nothing more comes.
+    QTest::qWait(200);
+    QCOMPARE(answerer.count(), 3);
+
+    QCOMPARE(rowPaths(window), reports(manyRows));
+    QCOMPARE(rowsUnderBox, (QList<int>{600, 1500, manyRows}));
+    const QStringList expectedTexts{duplicateText(report(599)), duplicateText(report(3)),
+                                    duplicateText(report(3))};
+    for (int i = 0; i < 3; ++i) {
+        QCOMPARE(answerer.dialogs.at(i).title, QStringLiteral("Fehler"));
+        QCOMPARE(answerer.dialogs.at(i).text, expectedTexts.at(i));
+    }
+}
+
+void TestManyRows::laterBatchFollowsEarlierOne() {
+    MainWindow window;
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QListWidget* list = listOf(window);
+    ModalAnswerer answerer(clickMessageBoxOk);
+
+    // A drop while the command line's files are still being listed: its
+    // files come after them, and its repeat of the first file is refused.
+    const QString later = QStringLiteral("/srv/anlagen/halle-4/neu.json");
+    bool dropped = false;
+    int rowsAtDrop = -1;
+    connect(list->model(), &QAbstractItemModel::rowsInserted, this, [&] {
+        if (dropped)
+            return;
+        dropped = true;
+        QTimer::singleShot(0, &window, [&] {
+            rowsAtDrop = list->count();
+            dragAndDrop(&window,
+                        {QUrl::fromLocalFile(later), QUrl::fromLocalFile(configuration(0))});
+        });
+    });
+    launch::openWhenShown(window, configurations(manyRows));
+    QTRY_COMPARE_WITH_TIMEOUT(list->count(), manyRows + 1, listingTimeoutMs);
+    QTRY_COMPARE(answerer.count(), 1);
+    QVERIFY2(
+        rowsAtDrop > 0 && rowsAtDrop < manyRows,
+        qPrintable(
+            QStringLiteral("dropped with %1 of %2 rows listed").arg(rowsAtDrop).arg(manyRows)));
+
+    QStringList expected = reports(manyRows);
+    expected.append(QStringLiteral("/srv/anlagen/halle-4/neu.pdf"));
+    QCOMPARE(rowPaths(window), expected);
+    QCOMPARE(answerer.dialogs.first().text, duplicateText(report(0)));
+}
+
+void TestManyRows::smallDropListedAtOnce() {
+    // A handful of files is listed before the drop returns, as it always was.
+    MainWindow window;
+    ModalAnswerer unexpected;
+    QVERIFY(dragAndDrop(
+        &window, {QUrl::fromLocalFile(configuration(1)), QUrl::fromLocalFile(configuration(2))}));
+    QCOMPARE(rowPaths(window), (QStringList{report(1), report(2)}));
+    QCOMPARE(unexpected.count(), 0);
+}
+
+QTEST_MAIN(TestManyRows)
+#include "tst_manyrows.moc"
