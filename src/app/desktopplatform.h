@@ -13,6 +13,12 @@ namespace desktopPlatform {
 // names one: "xcb" on Linux, "windows" on Windows.
 QString defaultName();
 
+// Before the application object: a report cut off by the file size limit
+// (ulimit -f, POSIX only) is a failed write like one to a full disk: its
+// job fails and removes its temporary folder, while the window and its
+// list stay. By default SIGXFSZ would end the whole window.
+void prepareProcess();
+
 // Whether the window's file dialogs are Qt's own rather than the
 // system's: the same German dialog everywhere.
 bool toolkitDialogs();

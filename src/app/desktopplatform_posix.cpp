@@ -3,10 +3,16 @@
 
 #include "app/desktopplatform.h"
 
+#include <csignal>
+
 namespace desktopPlatform {
 
 QString defaultName() {
     return QStringLiteral("xcb");
+}
+
+void prepareProcess() {
+    std::signal(SIGXFSZ, SIG_IGN);
 }
 
 bool toolkitDialogs() {

@@ -9,6 +9,10 @@ QString defaultName() {
     return QStringLiteral("windows");
 }
 
+void prepareProcess() {
+    // Windows has no file size limit per process, and no signal for it.
+}
+
 bool toolkitDialogs() {
     // The system's dialog speaks the language of the Windows installation;
     // Qt's own speaks the window's German, as on Linux.

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Brevio developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "app/desktopplatform.h"
 #include "app/launch.h"
 #include "app/mainwindow.h"
 #include "app/onewindow.h"
@@ -9,7 +10,6 @@
 
 #include <QApplication>
 
-#include <csignal>
 #include <cstdio>
 
 int main(int argc, char* argv[]) {
@@ -17,11 +17,7 @@ int main(int argc, char* argv[]) {
     if (answered != launch::startWindow)
         return answered;
 
-    // A report cut off by the file size limit (ulimit -f) is a failed
-    // write like one to a full disk: its job fails and removes its
-    // temporary folder, while the window and its list stay. By default the
-    // signal would end the whole window.
-    std::signal(SIGXFSZ, SIG_IGN);
+    desktopPlatform::prepareProcess();
     // A logout (SIGHUP, SIGTERM) or Ctrl-C in the starting terminal ends
     // the window by the signal as before, but the running jobs' temporary
     // report folders go with it.
