@@ -18,7 +18,8 @@ namespace terminal {
 // the program closed are taken by a placeholder (POSIX), a reader that goes
 // away (SIGPIPE) and the file size limit (SIGXFSZ) become failed writes
 // instead of the end of the process, and output is written byte for byte
-// (Windows: no "\r" is added).
+// (Windows: no "\r" is added, and the system's fonts are found by the
+// headless platform the reports are drawn on).
 void prepareProcess();
 
 // The program's arguments as the user typed them: on POSIX the bytes of

@@ -24,6 +24,17 @@ void prepareProcess() {
     // the C runtime would otherwise write "\r\n" for every "\n".
     _setmode(_fileno(stdout), _O_BINARY);
     _setmode(_fileno(stderr), _O_BINARY);
+    // Reports are drawn headless, and Qt's headless platform reads fonts
+    // only from QT_QPA_FONTDIR: Windows' own font folder gives a report the
+    // same fallback fonts (Chinese, Japanese, symbols) the window has.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_FONTDIR")) {
+        wchar_t windows[MAX_PATH] = {};
+        const UINT length = GetWindowsDirectoryW(windows, MAX_PATH);
+        if (length > 0 && length < MAX_PATH)
+            qputenv("QT_QPA_FONTDIR",
+                    (QString::fromWCharArray(windows, int(length)) + QStringLiteral("\\Fonts"))
+                        .toUtf8());
+    }
     // The "3/10" progress line is redrawn with the same escape sequences
     // as on a POSIX terminal, which a console reads once asked to.
     if (const HANDLE console = consoleOf(stderr)) {

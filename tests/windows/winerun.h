@@ -1,0 +1,34 @@
+// SPDX-FileCopyrightText: 2026 The Brevio developers
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#ifndef BREVIO_TESTS_WINERUN_H
+#define BREVIO_TESTS_WINERUN_H
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+// What a program run to its end printed and returned.
+struct ProgramRun {
+    int exitCode = -1;
+    bool finished = false;
+    QByteArray out;
+    QByteArray err;
+};
+
+// Runs a Windows program of build-windows under wine64, in a Wine prefix of
+// the suite's own (made on the first run), from the folder workingFolder.
+ProgramRun runUnderWine(const QString& program, const QStringList& arguments,
+                        const QString& workingFolder, int timeoutMs = 120000);
+// Runs a Linux program the same way, headless.
+ProgramRun runNative(const QString& program, const QStringList& arguments,
+                     const QString& workingFolder, int timeoutMs = 120000);
+
+// The Windows programs under test and Linux's brevio-convert to compare with.
+QString windowsProgram(const QString& name);
+QString linuxConverter();
+
+// The path Wine's Windows programs see for a Linux path (drive Z: is "/").
+QString windowsPathOf(const QString& linuxPath);
+
+#endif
