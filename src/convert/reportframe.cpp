@@ -3,6 +3,7 @@
 
 #include "convert/convert.h"
 
+#include "convert/boxedtext.h"
 #include "convert/reportlayout.h"
 #include "files/filepaths.h"
 #include "files/reportfile.h"
@@ -136,7 +137,7 @@ void setUpPrinter(QPrinter& printer, const QString& plantName, const QString& so
     printer.setCreator(QStringLiteral("Brevio " BREVIO_VERSION));
 }
 
-// Asking the painter for the bounds of what it draws changes the drawing
+// Asking drawText for the bounds of what it draws changes the drawing
 // of a text that breaks into more than one line: it then lays out every
 // line and centres them all, where it otherwise stops at the box's height.
 // A text breaks at a line break, and at a width of 2^24 pixels, which a few
@@ -155,16 +156,16 @@ bool singleLineForSure(const QString& text) {
 
 void convert::drawLine(QPainter& painter, const QRect& box, const QString& text) {
     if (singleLineForSure(text)) {
-        // The painter lays the line out anyway and tells its natural width,
-        // so a line that fits, nearly every one, costs no second layout.
-        // The drawing is that of the QRect overload, which only rounds the
-        // bounds it returns.
+        // The line is laid out for drawing anyway, which tells its natural
+        // width, so a line that fits, nearly every one, costs no second
+        // layout. The drawing is that of drawText's QRect overload, which
+        // only rounds the bounds it returns.
         QRectF laidOut;
-        painter.drawText(QRectF(box), lineFlags, text, &laidOut);
+        drawBoxedText(painter, QRectF(box), lineFlags, text, &laidOut);
         if (qRound(laidOut.width()) <= box.width())
             return;
     } else {
-        painter.drawText(box, lineFlags, text);
+        drawBoxedText(painter, QRectF(box), lineFlags, text);
     }
     // Measured as the painter lays it out on this device, in its font.
     const QFontMetrics metrics(painter.font(), painter.device());
@@ -248,10 +249,11 @@ void convert::drawReport(QPainter& painter, QPrinter& printer) {
     const int logoHeight = logoScale * logo.height();
     painter.drawImage(QRectF(marginLeft, pageTop, logoWidth, logoHeight), logo);
     const int titleLeft = titleRight - logoWidth;
-    painter.drawText(QRect(titleLeft, pageTop, logoWidth, logoHeight), wrapFlags,
-                     tr("Quandel Protokoll vom:\n") + mainValues.value(1).toString());
+    drawBoxedText(painter, QRectF(titleLeft, pageTop, logoWidth, logoHeight), wrapFlags,
+                  tr("Quandel Protokoll vom:\n") + mainValues.value(1).toString());
     painter.setFont(pathFont);
-    painter.drawText(QRect(titleLeft, pathTop, logoWidth, logoHeight), wrapFlags, sourcePath);
+    drawBoxedText(painter, QRectF(titleLeft, pathTop, logoWidth, logoHeight), wrapFlags,
+                  sourcePath);
     emit newPbarValue(9);
 
     reportCursor = pageTop + logoHeight + logoGap;
