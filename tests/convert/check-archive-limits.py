@@ -84,6 +84,7 @@ def hostile_configurations():
         ("every-string-100000.json", everywhere("S" * 100000)),
         ("date-unbroken-5000.json", configuration(date="D" * 5000)),
         ("trailing-spaces.json", configuration(name="Name" + " " * 50000)),
+        ("date-wrapped-spaces.json", configuration(date="D" + " " * 50000 + "E")),
         ("line-breaks.json", everywhere("Zeile\n" * 5000)),
         ("line-separators.json", everywhere("Zeile\u2028" * 5000)),
         ("tabs.json", everywhere("\t" * 20000 + "x")),
