@@ -50,15 +50,15 @@ QString variantAt(const QString& text, int& offset) {
 // placed on whole pixels, a font's leading apart; and, unless every line is
 // asked for, no more lines than it takes to fill the box's height. Gives
 // the widest line's width and the lines' height.
-void layOut(QTextLayout& layout, const QPainter& painter, const QRectF& box, int flags,
-            bool everyLine, qreal& width, qreal& height) {
+void layOut(QTextLayout& layout, const QPainter& painter, const QFontMetricsF& metrics,
+            const QRectF& box, int flags, bool everyLine, qreal& width, qreal& height) {
     QTextOption option;
     option.setTextDirection(painter.layoutDirection());
     option.setAlignment(Qt::AlignLeft);
     layout.setTextOption(option);
     layout.setCacheEnabled(true);
     const qreal lineWidth = (flags & Qt::TextWordWrap) ? qMax<qreal>(0, box.width()) : 0x01000000;
-    const qreal leading = QFontMetricsF(painter.font()).leading();
+    const qreal leading = metrics.leading();
     width = 0;
     height = -leading;
     layout.beginLayout();
@@ -81,8 +81,8 @@ void layOut(QTextLayout& layout, const QPainter& painter, const QRectF& box, int
 // Whether every glyph of text laid out within bounds stands at a position
 // PDF/A-1 allows. A glyph starts within its line's natural width (trailing
 // spaces included); the margin covers marks set beside their base.
-bool withinLimits(const QRectF& bounds, const QFont& font) {
-    const qreal margin = 4 * QFontMetricsF(font).height();
+bool withinLimits(const QRectF& bounds, const QFontMetricsF& metrics) {
+    const qreal margin = 4 * metrics.height();
     const QRectF reach = bounds.adjusted(-margin, -margin, margin, margin);
     return reach.left() >= -largestPosition && reach.right() <= largestPosition &&
            reach.top() >= -largestPosition && reach.bottom() <= largestPosition;
@@ -132,15 +132,16 @@ void drawBoxedText(QPainter& painter, const QRectF& box, int flags, const QStrin
         painter.drawText(box, flags, text, laidOut);
         return;
     }
+    const QFontMetricsF metrics(painter.font());
     int offset = 0;
     for (;;) {
         const QString variant = variantAt(text, offset);
         const bool moreVariants = offset < text.size();
         QTextLayout layout(variant, painter.font());
         qreal width = 0;
-        qreal height = QFontMetricsF(painter.font()).height();
+        qreal height = metrics.height();
         if (!variant.isEmpty())
-            layOut(layout, painter, box, flags, laidOut != nullptr, width, height);
+            layOut(layout, painter, metrics, box, flags, laidOut != nullptr, width, height);
         const qreal top = (flags & Qt::AlignVCenter) ? (box.height() - height) / 2 : 0;
         const QRectF bounds(box.x(), box.y() + top, width, height);
         if (moreVariants && !box.contains(bounds)) {
@@ -152,7 +153,7 @@ void drawBoxedText(QPainter& painter, const QRectF& box, int flags, const QStrin
         // A box that reaches past the limits lies far below the page (the
         // states of a relay run on past its foot, and the next heading with
         // them): nothing in it could be seen.
-        if (variant.isEmpty() || !withinLimits(box, painter.font()))
+        if (variant.isEmpty() || !withinLimits(box, metrics))
             return;
 
         const bool clipped = !box.contains(bounds);
@@ -165,7 +166,7 @@ void drawBoxedText(QPainter& painter, const QRectF& box, int flags, const QStrin
         // drawText draws it. A text that reaches past the limits is clipped
         // (the box lies well within them), and what lies beyond them left
         // out.
-        const bool drawnWhole = withinLimits(bounds, painter.font());
+        const bool drawnWhole = withinLimits(bounds, metrics);
         for (int i = 0; i < layout.lineCount(); ++i) {
             if (drawnWhole)
                 layout.lineAt(i).draw(&painter, origin);
