@@ -5,8 +5,9 @@
 # beyond +-32,767 and no string longer than 65,535 bytes. Converts every
 # file of the bad-input corpus and configurations made here to be hostile
 # (values of thousands of characters in every script and direction, a long
-# unbreakable date and file name, trailing spaces, line breaks) and looks
-# through every object and every decompressed content stream of each report:
+# unbreakable date and file name, trailing spaces, line breaks, and the
+# names check-archive-title.py tries on the title) and looks through every
+# object and every decompressed content stream of each report:
 #   - no number in a content stream beyond +-32,767 (text positions are
 #     written as plain numbers), no real anywhere beyond it, no integer
 #     beyond 2^31 - 1;
@@ -19,6 +20,7 @@
 # Needs Debian's python3-pikepdf and poppler-utils.
 import decimal
 import glob
+import importlib.util
 import json
 import os
 import shutil
@@ -95,7 +97,19 @@ def hostile_configurations():
     # The path under the title breaks after a slash; a file name that cannot
     # break runs on to the right, and its last script starts a new run there.
     cases.append(("W" * 200 + "αβγ" * 8 + ".json", configuration(name="")))
+    # The names that check-archive-title.py gives the title.
+    for number, (_, name, _, _) in enumerate(title_cases()):
+        if name is not None:
+            cases.append((f"hostile-name-{number}.json", configuration(name=name)))
     return cases
+
+
+def title_cases():
+    path = os.path.join(os.path.dirname(os.path.abspath(__file__)), "check-archive-title.py")
+    spec = importlib.util.spec_from_file_location("check_archive_title", path)
+    titles = importlib.util.module_from_spec(spec)
+    spec.loader.exec_module(titles)
+    return titles.CASES
 
 
 # (label, the short configuration, the long one): page 1 must look the same.
@@ -174,7 +188,8 @@ def report_problems(report):
 
 def convert(converter, folder, file_name, content):
     path = os.path.join(folder, file_name)
-    with open(path, "w", encoding="utf-8") as file:
+    # Lone surrogates reach the file as \uXXXX escapes.
+    with open(path, "w", encoding="utf-8", errors="backslashreplace") as file:
         file.write(content)
     run = subprocess.run([converter, path], capture_output=True,
                          env=dict(os.environ, QT_QPA_PLATFORM="offscreen"))
