@@ -20,9 +20,9 @@
 # Needs Debian's python3-pikepdf and poppler-utils.
 import decimal
 import glob
-import importlib.util
 import json
 import os
+import runpy
 import shutil
 import subprocess
 import sys
@@ -106,10 +106,7 @@ def hostile_configurations():
 
 def title_cases():
     path = os.path.join(os.path.dirname(os.path.abspath(__file__)), "check-archive-title.py")
-    spec = importlib.util.spec_from_file_location("check_archive_title", path)
-    titles = importlib.util.module_from_spec(spec)
-    spec.loader.exec_module(titles)
-    return titles.CASES
+    return runpy.run_path(path)["CASES"]
 
 
 # (label, the short configuration, the long one): page 1 must look the same.
