@@ -3,6 +3,7 @@
 
 #include "convert/convert.h"
 
+#include "convert/boxedtext.h"
 #include "convert/reportlayout.h"
 #include "files/filepaths.h"
 #include "files/reportfile.h"
@@ -67,6 +68,60 @@ void loadPrintSupportOnce() {
     Q_UNUSED(printSupportLoaded)
 }
 
+// A PDF/A-1 string holds at most 65,535 bytes. Qt writes the title as UTF-16
+// after a byte order mark, two bytes a code unit.
+constexpr int longestTitle = (65535 - 2) / 2;
+
+// What XML 1.0 can carry at all; the title also goes into the XMP packet,
+// where anything else leaves the metadata unreadable.
+bool xmlCharacter(uint c) {
+    return c == 0x9 || c == 0xA || c == 0xD || (c >= 0x20 && c <= 0xD7FF) ||
+           (c >= 0xE000 && c <= 0xFFFD) || (c >= 0x10000 && c <= 0x10FFFF);
+}
+
+// Qt writes the document information's title without escaping any byte but
+// parentheses and backslashes, and a reader takes a bare byte 0x0D in a PDF
+// string for a line end, which it reads as 0x0A: U+010D 'č' would come back
+// as U+010A 'Ċ', and U+000D as a line feed, while the XMP packet keeps them.
+bool holdsCarriageReturnByte(const QString& units) {
+    for (const QChar unit : units)
+        if (unit.row() == 0x0D || unit.cell() == 0x0D)
+            return true;
+    return false;
+}
+
+// The report's title as both the document information and the XMP metadata
+// can hold it, so that the two are the same text: what XML cannot carry (most
+// control characters, U+FFFE, U+FFFF, a surrogate without its partner) becomes
+// U+FFFD, as does a character the PDF string would change, unless its
+// canonical decomposition avoids that (c and a combining caron for 'č', which
+// looks the same). Cut, between characters, where the PDF string would grow
+// too long.
+QString documentTitle(const QString& name) {
+    QString title;
+    for (int i = 0; i < name.size();) {
+        const bool pair =
+            name.at(i).isHighSurrogate() && i + 1 < name.size() && name.at(i + 1).isLowSurrogate();
+        const int units = pair ? 2 : 1;
+        QString character = name.mid(i, units);
+        i += units;
+        const uint c = pair ? QChar::surrogateToUcs4(character.at(0), character.at(1))
+                            : character.at(0).unicode();
+        if (QChar::isSurrogate(c) || !xmlCharacter(c)) {
+            character = QChar(QChar::ReplacementCharacter);
+        } else if (holdsCarriageReturnByte(character)) {
+            const QString decomposed = character.normalized(QString::NormalizationForm_D);
+            character = decomposed != character && !holdsCarriageReturnByte(decomposed)
+                            ? decomposed
+                            : QString(QChar(QChar::ReplacementCharacter));
+        }
+        if (title.size() + character.size() > longestTitle)
+            break;
+        title += character;
+    }
+    return title;
+}
+
 void setUpPrinter(QPrinter& printer, const QString& plantName, const QString& sourcePath) {
     printer.setOutputFormat(QPrinter::PdfFormat);
     // Reports are kept for years: PDF/A-1b, with XMP metadata that repeats
@@ -77,12 +132,14 @@ void setUpPrinter(QPrinter& printer, const QString& plantName, const QString& so
     printer.setPageSize(QPageSize(QPageSize::A4));
     printer.setPageOrientation(QPageLayout::Portrait);
     // Document information: the plant's name, or the file's when the
-    // configuration has none, and the program that wrote the report.
-    printer.setDocName(plantName.isEmpty() ? QFileInfo(sourcePath).fileName() : plantName);
+    // configuration has none, and the program that wrote the report. Qt
+    // repeats the title in the XMP metadata from this one text.
+    printer.setDocName(
+        documentTitle(plantName.isEmpty() ? QFileInfo(sourcePath).fileName() : plantName));
     printer.setCreator(QStringLiteral("Brevio " BREVIO_VERSION));
 }
 
-// Asking the painter for the bounds of what it draws changes the drawing
+// Asking drawText for the bounds of what it draws changes the drawing
 // of a text that breaks into more than one line: it then lays out every
 // line and centres them all, where it otherwise stops at the box's height.
 // A text breaks at a line break, and at a width of 2^24 pixels, which a few
@@ -101,16 +158,16 @@ bool singleLineForSure(const QString& text) {
 
 void convert::drawLine(QPainter& painter, const QRect& box, const QString& text) {
     if (singleLineForSure(text)) {
-        // The painter lays the line out anyway and tells its natural width,
-        // so a line that fits, nearly every one, costs no second layout.
-        // The drawing is that of the QRect overload, which only rounds the
-        // bounds it returns.
+        // The line is laid out for drawing anyway, which tells its natural
+        // width, so a line that fits, nearly every one, costs no second
+        // layout. The drawing is that of drawText's QRect overload, which
+        // only rounds the bounds it returns.
         QRectF laidOut;
-        painter.drawText(QRectF(box), lineFlags, text, &laidOut);
+        drawBoxedText(painter, QRectF(box), lineFlags, text, &laidOut);
         if (qRound(laidOut.width()) <= box.width())
             return;
     } else {
-        painter.drawText(box, lineFlags, text);
+        drawBoxedText(painter, QRectF(box), lineFlags, text);
     }
     // Measured as the painter lays it out on this device, in its font.
     const QFontMetrics metrics(painter.font(), painter.device());
@@ -198,10 +255,11 @@ void convert::drawReport(QPainter& painter, QPrinter& printer) {
     const int logoHeight = logoScale * logo.height();
     painter.drawImage(QRectF(marginLeft, pageTop, logoWidth, logoHeight), logo);
     const int titleLeft = titleRight - logoWidth;
-    painter.drawText(QRect(titleLeft, pageTop, logoWidth, logoHeight), wrapFlags,
-                     tr("Quandel Protokoll vom:\n") + mainValues.value(1).toString());
+    drawBoxedText(painter, QRectF(titleLeft, pageTop, logoWidth, logoHeight), wrapFlags,
+                  tr("Quandel Protokoll vom:\n") + mainValues.value(1).toString());
     painter.setFont(pathFont);
-    painter.drawText(QRect(titleLeft, pathTop, logoWidth, logoHeight), wrapFlags, sourcePath);
+    drawBoxedText(painter, QRectF(titleLeft, pathTop, logoWidth, logoHeight), wrapFlags,
+                  sourcePath);
     emit newPbarValue(9);
 
     reportCursor = pageTop + logoHeight + logoGap;
