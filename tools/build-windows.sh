@@ -18,5 +18,5 @@ cmake -S . -B build-windows -G Ninja \
     -DCMAKE_PREFIX_PATH="$qt_prefix" \
     -DQt5LinguistTools_DIR="$linguist" \
     -DCMAKE_BUILD_TYPE=Release -DBREVIO_WERROR=ON -DBREVIO_WINDOWS_CHECKS=ON >/dev/null
-cmake --build build-windows
+cmake --build build-windows >&2
 x86_64-w64-mingw32-strip build-windows/src/app/brevio.exe build-windows/src/cli/brevio-convert.exe

@@ -60,7 +60,7 @@ void TestWindowsPlatform::initTestCase() {
     QVERIFY2(QFile::exists(converter()), "run tools/build-windows.sh first");
     const ProgramRun version =
         runUnderWine(converter(), {QStringLiteral("--version")}, QDir::tempPath(), 300000);
-    QCOMPARE(version.exitCode, 0);
+    QVERIFY2(version.exitCode == 0, version.err.constData());
 }
 
 void TestWindowsPlatform::reportHeldOpen() {
