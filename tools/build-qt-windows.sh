@@ -92,7 +92,10 @@ if ! apt-get source --print-uris qtbase-opensource-src 2>/dev/null | grep -q "qt
         "${sudo[@]}" tee /etc/apt/sources.list.d/brevio-deb-src.sources >/dev/null
     "${sudo[@]}" apt-get update -qq
 fi
-(cd "$work/src" && apt-get source -qq qtbase-opensource-src >&2)
+(cd "$work/src" && apt-get source -qq qtbase-opensource-src >/dev/null 2>&1) || {
+    echo "$0: apt-get source qtbase-opensource-src failed" >&2
+    exit 1
+}
 source_dir=$(find "$work/src" -maxdepth 1 -type d -name "qtbase-opensource-src-$qt_version*" | head -n1)
 [ -n "$source_dir" ] || {
     echo "$0: no qtbase $qt_version source unpacked in $work/src" >&2
@@ -111,13 +114,19 @@ write_wintab_headers "$work/include"
 
 start=$(date +%s)
 mkdir -p "$work/build"
-(
+log=$cache/qt-build-$hash.log
+echo "Building Qt $qt_version for Windows (about 20 minutes on two cores; log: $log)" >&2
+if ! (
     cd "$work/build"
     export PATH="$work/bin:$PATH"
-    "$source_dir/configure" -prefix "$prefix" "${configure_options[@]}" -I "$work/include" >&2
-    make -j"$(nproc)" >&2
-    make install >&2
-)
+    "$source_dir/configure" -prefix "$prefix" "${configure_options[@]}" -I "$work/include"
+    make -j"$(nproc)"
+    make install
+) >"$log" 2>&1; then
+    tail -n 40 "$log" >&2
+    echo "$0: the Qt build failed; the whole log is $log" >&2
+    exit 1
+fi
 end=$(date +%s)
 
 # Qt's German dialogs: the translations are the same files on every platform.
