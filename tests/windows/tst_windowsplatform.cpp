@@ -54,6 +54,7 @@ private slots:
     void deviceNamesRefused_data();
     void deviceNamesRefused();
     void redirectedOutputIsUtf8();
+    void staleFoldersOfGoneProcesses();
 };
 
 void TestWindowsPlatform::initTestCase() {
@@ -251,6 +252,33 @@ void TestWindowsPlatform::redirectedOutputIsUtf8() {
     QCOMPARE(json.exitCode, 0);
     QVERIFY2(json.out.startsWith("{\"file\": \"\xce\xa9.json\""), json.out.constData());
     QVERIFY(json.err.isEmpty());
+}
+
+void TestWindowsPlatform::staleFoldersOfGoneProcesses() {
+    // A folder left by a process that is gone (its record names a process
+    // id that runs no more, and nothing holds the record's lock) goes with
+    // the next conversion in that folder; one that holds anything but a
+    // report and the record stays, whoever made it.
+    QTemporaryDir folder;
+    QVERIFY(QFile::copy(example(QStringLiteral("pressure-transmitter.json")),
+                        folder.filePath(QStringLiteral("p.json"))));
+    const auto leave = [&](const QString& name, const QStringList& files) {
+        QVERIFY(QDir(folder.path()).mkdir(name));
+        QFile owner(folder.filePath(name + QStringLiteral("/.owner")));
+        QVERIFY(owner.open(QIODevice::WriteOnly));
+        owner.write("brevio 4000000 132000000000000000\n");
+        owner.close();
+        for (const QString& file : files) {
+            QFile left(folder.filePath(name + QLatin1Char('/') + file));
+            QVERIFY(left.open(QIODevice::WriteOnly));
+            left.write("%PDF-1.4 cut short");
+        }
+    };
+    leave(QStringLiteral(".brevio-Gone01"), {QStringLiteral("p.pdf")});
+    leave(QStringLiteral(".brevio-Kept01"), {QStringLiteral("p.pdf"), QStringLiteral("notes.txt")});
+    const ProgramRun run = runUnderWine(converter(), {QStringLiteral("p.json")}, folder.path());
+    QVERIFY2(run.exitCode == 0, run.err.constData());
+    QCOMPARE(temporaryFolders(folder.path()), QStringList{QStringLiteral(".brevio-Kept01")});
 }
 
 QTEST_GUILESS_MAIN(TestWindowsPlatform)

@@ -5,7 +5,8 @@
 # never answers "no display" (that check is X11's and Wayland's); with a
 # display it shows the window (a screenshot is kept), lists the file given
 # on its command line and converts it on Ctrl+Return; brevio-windowcheck.exe
-# checks the row's layout and the German file dialog from inside.
+# checks the row's layout and the German file dialog from inside. A second
+# start hands its file to the running window.
 #   window-wine.sh BUILD_WINDOWS_DIR SCREENSHOT
 set -euo pipefail
 build=$1
@@ -55,6 +56,16 @@ xdotool key --window "$window" ctrl+Return
 wait_for_report "$work/anlage.pdf"
 pdftotext "$work/anlage.pdf" - | grep -q "Allgemeine Einstellungen" || fail "the report has no text"
 ls -A "$work" | grep -q '^\.brevio-' && fail "a temporary folder is left: $(ls -A "$work")"
+
+# One window: a second start hands its file to the running window over the
+# user's pipe and ends with status 0; the window lists it and converts it.
+cp "$work/anlage.json" "$work/zweite.json"
+timeout 120 "$wine" "$build/src/app/brevio.exe" "Z:$(echo "$work/zweite.json" | tr / '\\')" \
+    >"$work/second.log" 2>&1 || fail "the second start: $(cat "$work/second.log")"
+kill -0 "$brevio_pid" 2>/dev/null || fail "the window ended"
+sleep 2
+xdotool key --window "$window" ctrl+Return
+wait_for_report "$work/zweite.pdf"
 kill "$brevio_pid"
 wait "$brevio_pid" 2>/dev/null || true
 brevio_pid=
