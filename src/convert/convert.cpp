@@ -179,7 +179,7 @@ void convert::recordReport(const ReportFile& output, bool written) {
             result.fail(Reason::NoTemporaryFolder, output.errorString());
             break;
         case ReportFile::Failure::Incomplete:
-            result.fail(Reason::ReportIncomplete);
+            result.fail(Reason::ReportIncomplete, output.errorString());
             break;
         case ReportFile::Failure::FileSizeLimit:
             result.fail(Reason::FileSizeLimit, output.errorString());

@@ -14,6 +14,7 @@
 #include <stdlib.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <unistd.h>
 
 namespace {
@@ -46,11 +47,17 @@ bool ReportFile::commit() {
     // One descriptor serves the check and the flush: the file is read back
     // once, and what is flushed is what was checked.
     QFile written;
-    if (!openRegularFile(written, temporaryPath()))
-        return fail(Failure::Incomplete);
-    if (!isCompletePdf(written))
-        return reachedSizeLimit(written.size()) ? fail(Failure::FileSizeLimit, systemWords(EFBIG))
-                                                : fail(Failure::Incomplete);
+    QString why;
+    // Gone by its name: the folder was removed, moved or renamed while the
+    // report was drawn.
+    if (!openRegularFile(written, temporaryPath(), &why))
+        return fail(Failure::Incomplete, why);
+    if (!isCompletePdf(written)) {
+        if (reachedSizeLimit(written.size()))
+            return fail(Failure::FileSizeLimit, systemWords(EFBIG));
+        return fail(Failure::Incomplete,
+                    fileSystemFull(written.handle()) ? systemWords(ENOSPC) : QString());
+    }
     // The data reaches the disk before the name does, so that a crash
     // leaves either the old report or the whole new one.
     if (::fdatasync(written.handle()) != 0)
@@ -60,6 +67,15 @@ bool ReportFile::commit() {
                     QFile::encodeName(reportName).constData()) != 0)
         return fail(Failure::NotSaved, systemWords(errno));
     return true;
+}
+
+bool ReportFile::fileSystemFull(int fd) const {
+    // The printer keeps the system's error to itself; a report cut short
+    // on a file system with (next to) no room left was cut by that. The
+    // last write that failed may have left less than its own size free.
+    struct statvfs space {};
+    return ::fstatvfs(fd, &space) == 0 &&
+           quint64(space.f_bavail) * quint64(space.f_frsize) < fullBelowBytes;
 }
 
 bool ReportFile::reachedSizeLimit(qint64 size) {

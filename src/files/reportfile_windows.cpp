@@ -92,8 +92,9 @@ bool ReportFile::commit() {
     const HANDLE handle =
         CreateFileW(windowsPath::forSystem(file).c_str(), GENERIC_READ | GENERIC_WRITE,
                     FILE_SHARE_READ, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    // Gone by its name: the folder was removed while the report was drawn.
     if (handle == INVALID_HANDLE_VALUE)
-        return fail(Failure::Incomplete);
+        return fail(Failure::Incomplete, windowsPath::errorText(GetLastError()));
     const int fd = _open_osfhandle(reinterpret_cast<intptr_t>(handle), _O_RDONLY | _O_BINARY);
     QFile written;
     if (fd < 0 || !written.open(fd, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
@@ -104,7 +105,9 @@ bool ReportFile::commit() {
         return fail(Failure::Incomplete);
     }
     if (!isCompletePdf(written))
-        return fail(Failure::Incomplete);
+        return fail(Failure::Incomplete, fileSystemFull(written.handle())
+                                             ? windowsPath::errorText(ERROR_DISK_FULL)
+                                             : QString());
     // The data reaches the disk before the name does, so that a crash
     // leaves either the old report or the whole new one.
     if (!FlushFileBuffers(handle))
@@ -117,6 +120,15 @@ bool ReportFile::commit() {
                      MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
         return fail(Failure::NotSaved, windowsPath::errorText(GetLastError()));
     return true;
+}
+
+bool ReportFile::fileSystemFull(int) const {
+    // The printer keeps the system's error to itself; a report cut short
+    // on a volume with (next to) no room left was cut by that.
+    ULARGE_INTEGER available{};
+    const std::wstring folderPath = windowsPath::forSystem(folder) + L"\\";
+    return GetDiskFreeSpaceExW(folderPath.c_str(), &available, nullptr, nullptr) &&
+           available.QuadPart < fullBelowBytes;
 }
 
 bool ReportFile::reachedSizeLimit(qint64) {
