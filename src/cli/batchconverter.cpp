@@ -83,16 +83,35 @@ void BatchConverter::settleSharedReports() {
             firstForReport.insert(key, index);
             continue;
         }
-        if (entry.ended)
-            continue;
         const Entry& original = entries[*first];
         const filePaths::Identity configuration = filePaths::identityOf(entry.jsonPath);
         const bool sameConfiguration =
             entry.jsonPath == original.jsonPath ||
             (configuration.exists && configuration == filePaths::identityOf(original.jsonPath));
+        if (sameConfiguration) {
+            // Converted once, for both names: whether it was, is known
+            // only when the first one's job has ended.
+            entry.sharesWith = *first;
+            continue;
+        }
         entry.ended = true;
-        entry.converted = sameConfiguration;
         entry.reason = QStringLiteral("same report as ") + nameQuoting::quoted(original.given);
+        ++endedCount;
+    }
+}
+
+void BatchConverter::endSharers(int index) {
+    const Entry& original = entries[index];
+    for (int other = index + 1; other < entries.size(); ++other) {
+        Entry& entry = entries[other];
+        if (entry.sharesWith != index || entry.ended)
+            continue;
+        entry.converted = original.converted;
+        entry.reason = original.reason;
+        entry.reportPath = original.reportPath;
+        entry.warnings =
+            QStringList{QStringLiteral("same report as ") + nameQuoting::quoted(original.given)};
+        entry.ended = true;
         ++endedCount;
     }
 }
@@ -101,7 +120,7 @@ void BatchConverter::start() {
     settleSharedReports();
     for (int index = 0; index < entries.size(); ++index) {
         Entry& entry = entries[index];
-        if (entry.ended)
+        if (entry.ended || entry.sharesWith >= 0)
             continue;
         JobHandlers handlers;
         handlers.outcomeReceiver = this;
@@ -147,6 +166,7 @@ void BatchConverter::jobEnded(int index, const ConversionOutcome& outcome) {
 void BatchConverter::endEntry(int index) {
     entries[index].ended = true;
     ++endedCount;
+    endSharers(index);
     idleChecks = 0;
     flushReady();
     if (endedCount == entries.size()) {
@@ -160,7 +180,7 @@ void BatchConverter::endEntry(int index) {
 void BatchConverter::checkForLostJobs() {
     bool anyRunning = false;
     for (int index = 0; index < entries.size(); ++index)
-        if (!entries[index].ended && started[size_t(index)].load())
+        if (!entries[index].ended && entries[index].sharesWith < 0 && started[size_t(index)].load())
             anyRunning = true;
     if (anyRunning) {
         idleChecks = 0;
@@ -171,7 +191,8 @@ void BatchConverter::checkForLostJobs() {
     lostJobs = true;
     for (int index = 0; index < entries.size(); ++index) {
         Entry& entry = entries[index];
-        if (entry.ended)
+        // One that shares a report ends with the job it waits for.
+        if (entry.ended || entry.sharesWith >= 0)
             continue;
         entry.reason = QStringLiteral("not converted (no thread could be started)");
         endEntry(index);
@@ -191,7 +212,7 @@ void BatchConverter::flushReady() {
                                nameQuoting::quoted(entry.given) + QStringLiteral(": ");
         for (const QString& warning : entry.warnings)
             writeError(prefix + QStringLiteral("warning: ") + warning);
-        if (entry.converted && entry.reason.isEmpty())
+        if (entry.converted)
             writeReport(nameQuoting::quoted(entry.reportPath));
         else
             writeError(prefix + entry.reason);
@@ -207,10 +228,12 @@ void BatchConverter::writeReport(const QString& line) {
 }
 
 void BatchConverter::writeJson(const Entry& entry) {
-    const bool written = entry.converted && entry.reason.isEmpty();
+    // A converted file has no reason: notes such as "same report as" are
+    // warnings.
     const QByteArray line =
         jsonLine::record(entry.given, entry.converted ? entry.reportPath : QString(),
-                         entry.converted, written ? QString() : entry.reason, entry.warnings) +
+                         entry.converted, entry.converted ? QString() : entry.reason,
+                         entry.warnings) +
         '\n';
     // JSON is UTF-8 whatever the locale, names' stray bytes escaped.
     if (outError == 0)

@@ -62,12 +62,18 @@ private:
         bool converted = false;
         QString reason;
         QStringList warnings;
+        // The earlier entry whose report this one shares (the same file
+        // given twice): it ends with that entry's outcome.
+        int sharesWith = -1;
     };
 
     // Marks every file after the first one that names the same report:
     // two jobs must never write one report, and one report cannot belong to
-    // two different configurations.
+    // two different configurations. The same file given again waits for
+    // the first one's outcome; another file's is refused at once.
     void settleSharedReports();
+    // Gives every entry that shares index's report index's outcome.
+    void endSharers(int index);
     void jobEnded(int index, const ConversionOutcome& outcome);
     void endEntry(int index);
     void checkForLostJobs();

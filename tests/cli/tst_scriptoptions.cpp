@@ -101,6 +101,8 @@ private slots:
     void badOutputFolder_data();
     void badOutputFolder();
     void jsonRecords();
+    void failedFileGivenTwice_data();
+    void failedFileGivenTwice();
     void jsonKeepsBytesOfNames();
     void language_data();
     void language();
@@ -181,10 +183,15 @@ void TestScriptOptions::outputFolderSharedReport() {
     const Run run = runConverter(
         {QStringLiteral("--output-dir"), dir.filePath(QStringLiteral("out")), first, second});
     QCOMPARE(run.exitCode, exitCode);
-    QCOMPARE(QString::fromUtf8(run.out),
-             dir.filePath(QStringLiteral("out/a.pdf")) + QLatin1Char('\n'));
-    QVERIFY(run.err.endsWith(QStringLiteral("brevio-convert: ") + second +
-                             QStringLiteral(": same report as ") + first + QLatin1Char('\n')));
+    // The same file twice is converted once, for both names: the report is
+    // listed for each, the second with a note; another file is refused.
+    const QString report = dir.filePath(QStringLiteral("out/a.pdf")) + QLatin1Char('\n');
+    QCOMPARE(QString::fromUtf8(run.out), sameFile ? report + report : report);
+    QVERIFY2(run.err.endsWith(QStringLiteral("brevio-convert: ") + second +
+                              (sameFile ? QStringLiteral(": warning: same report as ")
+                                        : QStringLiteral(": same report as ")) +
+                              first + QLatin1Char('\n')),
+             qPrintable(run.err));
     // The report is the first file's.
     PdfReport pdf(dir.filePath(QStringLiteral("out/a.pdf")));
     QVERIFY(pdf.isValid());
@@ -282,16 +289,57 @@ void TestScriptOptions::jsonRecords() {
              failed(missing, QStringLiteral("cannot be opened: No such file or directory")));
     QCOMPARE(records[2], failed(wrongName, QStringLiteral("not a \".json\" file name")));
     QCOMPARE(records[3], failed(empty, QStringLiteral("empty file")));
-    // The same file again shares the first one's report.
+    // The same file again shares the first one's report: converted, so no
+    // reason; the note is a warning.
     QCOMPARE(records[4],
              (QJsonObject{{QStringLiteral("file"), good},
                           {QStringLiteral("report"), dir.filePath(QStringLiteral("gut.pdf"))},
                           {QStringLiteral("converted"), true},
-                          {QStringLiteral("reason"), QStringLiteral("same report as ") + good},
-                          {QStringLiteral("warnings"), QJsonArray()}}));
+                          {QStringLiteral("reason"), QJsonValue::Null},
+                          {QStringLiteral("warnings"),
+                           QJsonArray{QStringLiteral("same report as ") + good}}}));
     // Keys in this order, one object a line.
     QVERIFY(run.out.startsWith("{\"file\": "));
     QVERIFY(run.out.contains(", \"report\": \"") && run.out.contains(", \"converted\": true, "));
+}
+
+void TestScriptOptions::failedFileGivenTwice_data() {
+    QTest::addColumn<bool>("json");
+    QTest::newRow("text") << false;
+    QTest::newRow("json") << true;
+}
+
+void TestScriptOptions::failedFileGivenTwice() {
+    // An empty file, and the same file again through a link to its folder:
+    // the second takes the first one's outcome once it is known, never a
+    // report that was not written.
+    QFETCH(bool, json);
+    QTemporaryDir dir;
+    writeFile(dir.path(), QStringLiteral("d.json"), "");
+    QVERIFY(QFile::link(QStringLiteral("."), dir.filePath(QStringLiteral("link"))));
+    QStringList arguments{QStringLiteral("d.json"), QStringLiteral("link/d.json")};
+    if (json)
+        arguments.prepend(QStringLiteral("--json"));
+    const Run run = runConverter(arguments, dir.path());
+    QCOMPARE(run.exitCode, 1);
+    QVERIFY(!QFileInfo::exists(dir.filePath(QStringLiteral("d.pdf"))));
+    if (!json) {
+        QCOMPARE(run.out, QByteArray());
+        QCOMPARE(run.err, QStringLiteral("brevio-convert: d.json: empty file\n"
+                                         "brevio-convert: link/d.json: warning: same report as "
+                                         "d.json\n"
+                                         "brevio-convert: link/d.json: empty file\n"));
+        return;
+    }
+    QCOMPARE(run.err, QString());
+    const QVector<QJsonObject> records = jsonLines(run.out);
+    QCOMPARE(records.size(), 2);
+    QCOMPARE(records[1], (QJsonObject{{QStringLiteral("file"), QStringLiteral("link/d.json")},
+                                      {QStringLiteral("report"), QJsonValue::Null},
+                                      {QStringLiteral("converted"), false},
+                                      {QStringLiteral("reason"), QStringLiteral("empty file")},
+                                      {QStringLiteral("warnings"),
+                                       QJsonArray{QStringLiteral("same report as d.json")}}}));
 }
 
 void TestScriptOptions::jsonKeepsBytesOfNames() {
