@@ -198,22 +198,41 @@ QMenu* ListWidgetContainer::createPathMenu(QWidget* parent) {
     QMenu* menu = lineEdit->createStandardContextMenu();
     menu->setParent(parent, menu->windowFlags());
     menu->addSeparator();
-    const bool exists = isReport(filePath);
+    const bool exists = !reportToOpen().isEmpty();
     QAction* report = menu->addAction(tr("Bericht öffnen"));
     report->setEnabled(exists);
     connect(report, &QAction::triggered, this, [this] { openReport(); });
     QAction* folder = menu->addAction(tr("Ordner öffnen"));
     folder->setEnabled(exists);
     connect(folder, &QAction::triggered, this, [this] {
-        if (isReport(filePath))
-            QDesktopServices::openUrl(urlOf(QFileInfo(filePath).absolutePath()));
+        const QString report = reportToOpen();
+        if (!report.isEmpty())
+            QDesktopServices::openUrl(urlOf(QFileInfo(report).absolutePath()));
     });
     return menu;
 }
 
 bool ListWidgetContainer::openReport() {
-    if (!isReport(filePath))
+    const QString report = reportToOpen();
+    if (report.isEmpty())
         return false;
-    QDesktopServices::openUrl(urlOf(filePath));
+    QDesktopServices::openUrl(urlOf(report));
     return true;
+}
+
+void ListWidgetContainer::setConversionResult(bool written, const QString& reportPath) {
+    lastConversion = written ? Conversion::Written : Conversion::NotWritten;
+    writtenReport = written ? reportPath : QString();
+}
+
+QString ListWidgetContainer::reportToOpen() const {
+    switch (lastConversion) {
+    case Conversion::None:
+        return isReport(filePath) ? filePath : QString();
+    case Conversion::Written:
+        return isReport(writtenReport) ? writtenReport : QString();
+    case Conversion::NotWritten:
+        break;
+    }
+    return QString();
 }

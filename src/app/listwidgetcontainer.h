@@ -30,11 +30,20 @@ public:
     QLineEdit* lineEdit = nullptr;
 
     // The path field's context menu: the line edit's own entries, then
-    // "Bericht öffnen" and "Ordner öffnen", enabled while the report exists.
-    // The caller owns it.
+    // "Bericht öffnen" and "Ordner öffnen", enabled while there is a report
+    // to open (reportToOpen()). The caller owns it.
     QMenu* createPathMenu(QWidget* parent);
-    // Hands the report to the desktop's viewer; false if there is none yet.
+    // Hands the report to the desktop's viewer; false if there is none.
     bool openReport();
+
+    // What the last conversion of this row came to: written, and the path
+    // the job wrote (which a renamed row does not always show), or not.
+    void setConversionResult(bool written, const QString& reportPath);
+    // The report the row offers: before any conversion whatever lies at
+    // filePath; after one, the report it wrote, or none at all when it
+    // wrote none (an older file at that name is not this run's report).
+    // Empty when there is none.
+    QString reportToOpen() const;
 
 signals:
     void deleteMe();
@@ -51,6 +60,10 @@ protected:
 
 private:
     void askForNewName();
+
+    enum class Conversion { None, Written, NotWritten };
+    Conversion lastConversion = Conversion::None;
+    QString writtenReport;
 };
 
 #endif

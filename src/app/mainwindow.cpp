@@ -21,6 +21,7 @@
 #include <QListWidgetItem>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QPointer>
 #include <QProgressBar>
 #include <QSize>
 #include <QUrl>
@@ -262,9 +263,14 @@ void MainWindow::convertSingle(ListWidgetContainer* row) {
     // The window shows nothing when a file is not converted; the job log
     // says why, for whoever turns it on.
     handlers.outcomeReceiver = this;
-    handlers.ended = [configuration](bool, const ConversionOutcome& outcome) {
+    const QPointer<ListWidgetContainer> target(row);
+    handlers.ended = [configuration, target](bool, const ConversionOutcome& outcome) {
         if (!outcome.converted())
             qCDebug(brevioJob) << "Not converted:" << configuration << outcome;
+        // The row offers the report the job wrote, and none after a job
+        // that wrote none: an older one at that name is not this run's.
+        if (target)
+            target->setConversionResult(outcome.converted(), outcome.reportPath);
     };
     // Nobody waits for the job: the bar is its only trace in the window.
     runOnPool(new convert(nullptr), configuration, handlers);

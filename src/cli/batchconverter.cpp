@@ -159,6 +159,9 @@ void BatchConverter::jobEnded(int index, const ConversionOutcome& outcome) {
         return;
     entry.reason = failureReason::forOutcome(outcome);
     entry.converted = entry.reason.isEmpty();
+    // The report the job itself decided on and wrote.
+    if (!outcome.reportPath.isEmpty())
+        entry.reportPath = outcome.reportPath;
     entry.warnings = failureReason::warnings(outcome);
     endEntry(index);
 }

@@ -50,6 +50,10 @@ public:
     bool converted() const { return reason == Reason::Converted; }
 
     Reason reason = Reason::NotRun;
+    // The report the job decided on, once it got that far (empty before):
+    // written there when converted(). The one place that derives it, so
+    // that whoever started the job names the file it really wrote.
+    QString reportPath;
     // The system's words for the failure (strerror), where there are any.
     QString detail;
     // True when the report could not be written and a regular file of an

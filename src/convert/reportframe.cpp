@@ -207,6 +207,7 @@ void convert::printPdf(QString pdfPath) {
     setUpPrinter(*printer, mainValues.value(0).toString(), sourcePath);
 
     pdfPath = chosenReportPath.isEmpty() ? filePaths::reportFor(pdfPath) : chosenReportPath;
+    result.reportPath = pdfPath;
     // Jobs of this process take turns at one report, and each draws into a
     // file of its own that replaces the report only once it is complete.
     const ReportLock turn(filePaths::reportKey(pdfPath));

@@ -107,6 +107,8 @@ private slots:
     void pathMenu();
     void contextMenuShowsThePathMenu();
     void reportUrlKeepsBytes();
+    void renamedRowOpensTheReportWritten();
+    void failedConversionOffersNoOlderReport();
     void dropFromLatin1Folder();
 
 private:
@@ -416,6 +418,66 @@ void TestWindowDesk::reportUrlKeepsBytes() {
     QCOMPARE(QByteArray::fromPercentEncoding(
                  recorder.opened.first().path(QUrl::FullyEncoded).toLatin1()),
              folder + "/a.pdf");
+}
+
+void TestWindowDesk::renamedRowOpensTheReportWritten() {
+    // Renamed to x.json.pdf, the row reads x.json.json, and the job writes
+    // x.pdf.pdf by the report rule: that is the report the row opens.
+    const QString base = QDir(dir->path()).filePath(QStringLiteral("x"));
+    QVERIFY(copyExample(base + QStringLiteral(".json.json")));
+    MainWindow window;
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    window.addListWidgetItem(base + QStringLiteral(".json"));
+    ListWidgetContainer* row = rowAt(window, 0);
+    row->filePath = base + QStringLiteral(".json.pdf");
+    pointAndClick(row->findChild<cButton*>(QStringLiteral("btnKonvertier")));
+    QTRY_COMPARE_WITH_TIMEOUT(row->pBar->value(), 17, 30000);
+    QTRY_COMPARE(row->reportToOpen(), base + QStringLiteral(".pdf.pdf"));
+    QVERIFY(row->openReport());
+    QCOMPARE(recorder.opened, QList<QUrl>{QUrl::fromLocalFile(base + QStringLiteral(".pdf.pdf"))});
+}
+
+void TestWindowDesk::failedConversionOffersNoOlderReport() {
+    // Last week's report lies beside this week's file, which cannot be
+    // converted (it is empty): after the attempt the row does not hand over
+    // last week's report as if it were new.
+    const QString configuration = QDir(dir->path()).filePath(QStringLiteral("a.json"));
+    const QString report = QDir(dir->path()).filePath(QStringLiteral("a.pdf"));
+    QFile older(report);
+    QVERIFY(older.open(QIODevice::WriteOnly));
+    older.write("%PDF-1.4 last week\n%%EOF\n");
+    older.close();
+    QFile empty(configuration);
+    QVERIFY(empty.open(QIODevice::WriteOnly));
+    empty.close();
+
+    MainWindow window;
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    window.addListWidgetItem(configuration);
+    ListWidgetContainer* row = rowAt(window, 0);
+    const auto reportEntryEnabled = [row] {
+        std::unique_ptr<QMenu> menu(row->createPathMenu(row));
+        return actionNamed(menu.get(), QStringLiteral("Bericht öffnen"))->isEnabled();
+    };
+    // Before any conversion, what lies at that path may be opened.
+    QVERIFY(reportEntryEnabled());
+
+    window.convertSingle(row);
+    QTRY_VERIFY_WITH_TIMEOUT(!reportEntryEnabled(), 30000);
+    QVERIFY(!row->openReport());
+    QCOMPARE(recorder.opened, QList<QUrl>());
+    QCOMPARE(row->pBar->value(), 0);
+
+    // Once a conversion writes it, the report opens again.
+    QVERIFY(QFile::remove(configuration));
+    QVERIFY(copyExample(configuration));
+    window.convertSingle(row);
+    QTRY_COMPARE_WITH_TIMEOUT(row->pBar->value(), 17, 30000);
+    QTRY_VERIFY(reportEntryEnabled());
+    QVERIFY(row->openReport());
+    QCOMPARE(recorder.opened, QList<QUrl>{QUrl::fromLocalFile(report)});
 }
 
 void TestWindowDesk::dropFromLatin1Folder() {

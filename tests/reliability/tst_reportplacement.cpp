@@ -178,29 +178,35 @@ void TestReportPlacement::reportsSharedByInputs_data() {
     QTest::addColumn<QString>("report");
     QTest::addColumn<QString>("name");
     QTest::addColumn<QStringList>("notices");
+    // The same file again: listed again with the report, and a warning.
+    QTest::addColumn<QStringList>("sameFileWarnings");
 
     QTest::newRow("one file through a linked folder")
         << QStringList{QStringLiteral("w/a.json"), QStringLiteral("link-to-w/a.json")} << 0
         << "w/a.pdf"
-        << "Name: w-a" << QStringList{"link-to-w/a.json: same report as w/a.json"};
+        << "Name: w-a" << QStringList()
+        << QStringList{"link-to-w/a.json: warning: same report as w/a.json"};
     QTest::newRow("a.json.json and a.pdf.json")
         << QStringList{QStringLiteral("a.json.json"), QStringLiteral("a.pdf.json")} << 1
         << "a.pdf.pdf"
-        << "Name: a-json-json" << QStringList{"a.pdf.json: same report as a.json.json"};
+        << "Name: a-json-json" << QStringList{"a.pdf.json: same report as a.json.json"}
+        << QStringList();
     QTest::newRow("d.json/x.json and d.pdf/x.json")
         << QStringList{QStringLiteral("d.json/x.json"), QStringLiteral("d.pdf/x.json")} << 1
         << "d.pdf/x.pdf"
-        << "Name: d-json-x" << QStringList{"d.pdf/x.json: same report as d.json/x.json"};
+        << "Name: d-json-x" << QStringList{"d.pdf/x.json: same report as d.json/x.json"}
+        << QStringList();
     QTest::newRow("one file four times")
         << QStringList{QStringLiteral("w/a.json"), QStringLiteral("w/a.json"),
                        QStringLiteral("w/a.json"), QStringLiteral("w/a.json")}
         << 0 << "w/a.pdf"
-        << "Name: w-a"
-        << QStringList{"w/a.json: same report as w/a.json", "w/a.json: same report as w/a.json",
-                       "w/a.json: same report as w/a.json"};
+        << "Name: w-a" << QStringList()
+        << QStringList{"w/a.json: warning: same report as w/a.json",
+                       "w/a.json: warning: same report as w/a.json",
+                       "w/a.json: warning: same report as w/a.json"};
     QTest::newRow("one file by a hard link")
         << QStringList{QStringLiteral("w/a.json"), QStringLiteral("w/hard.json")} << 0 << "w/a.pdf"
-        << "Name: w-a" << QStringList();
+        << "Name: w-a" << QStringList() << QStringList();
 }
 
 // Files whose reports are one and the same file are converted once. A
@@ -211,6 +217,7 @@ void TestReportPlacement::reportsSharedByInputs() {
     QFETCH(QString, report);
     QFETCH(QString, name);
     QFETCH(QStringList, notices);
+    QFETCH(QStringList, sameFileWarnings);
 
     QDir root(dir->path());
     QVERIFY(root.mkpath(QStringLiteral("w")) && root.mkpath(QStringLiteral("d.json")) &&
@@ -237,7 +244,13 @@ void TestReportPlacement::reportsSharedByInputs() {
         for (const QString& notice : notices)
             expectedErr += QStringLiteral("brevio-convert: ") + notice + QLatin1Char('\n');
         QCOMPARE(withoutWarnings(run.err), expectedErr);
+        for (const QString& warning : sameFileWarnings)
+            QVERIFY2(run.err.contains(QStringLiteral("brevio-convert: ") + warning),
+                     qPrintable(run.err));
+        QCOMPARE(run.err.count(QStringLiteral(": warning: same report as ")),
+                 sameFileWarnings.size());
         QVERIFY2(run.out.startsWith(path(report) + QLatin1Char('\n')), qPrintable(run.out));
+        QCOMPARE(run.out.count(path(report) + QLatin1Char('\n')), 1 + sameFileWarnings.size());
         QCOMPARE(reportedName(path(report)), name);
         QVERIFY(completePdf(path(report)));
     }
