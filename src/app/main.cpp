@@ -35,8 +35,9 @@ int main(int argc, char* argv[]) {
         return request.exitStatus;
 
     launch::useLanguage(request.language);
-    // A window of this user on this display takes the files into its list.
-    OneWindow oneWindow;
+    // A window of this user on this display, in this language, takes the
+    // files into its list.
+    OneWindow oneWindow(oneWindow::endpointFor(request.language));
     if (!request.newWindow) {
         const OneWindow::HandOver handed = oneWindow.handOver(request.files);
         if (handed == OneWindow::HandOver::Taken)

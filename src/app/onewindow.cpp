@@ -27,6 +27,19 @@ const QByteArray header = QByteArrayLiteral("BREVIO-FILES 1\n");
 
 } // namespace
 
+QString endpointFor(const QString& language) {
+    const QString base = localEndpoint::serverName();
+    return base.isEmpty() ? base : forLanguage(base, language);
+}
+
+QString forLanguage(const QString& endpoint, const QString& language) {
+    // German windows keep the name they always had.
+    if (language == QLatin1String("de"))
+        return endpoint;
+    return endpoint + QLatin1Char('-') +
+           QString::fromLatin1(language.toUtf8().toPercentEncoding("-_"));
+}
+
 QString socketName(const QString& display) {
     QString screenless = display;
     // ":0.0" and ":0" are the same display; "host:10.1" is "host:10".
@@ -124,15 +137,9 @@ Received decode(const QByteArray& message) {
 
 } // namespace oneWindow
 
-namespace {
+namespace {} // namespace
 
-QString defaultSocketPath() {
-    return localEndpoint::serverName();
-}
-
-} // namespace
-
-OneWindow::OneWindow() : OneWindow(defaultSocketPath()) {}
+OneWindow::OneWindow() : OneWindow(oneWindow::endpointFor(QStringLiteral("de"))) {}
 
 OneWindow::OneWindow(const QString& socketPath) : path(socketPath) {}
 

@@ -28,9 +28,11 @@ class OneWindow : public QObject {
 
 public:
     // The socket of this user on this display (empty when no private folder
-    // could be had: each start then opens a window of its own).
+    // could be had: each start then opens a window of its own), for a
+    // German window.
     OneWindow();
-    // A socket at the given path, for the tests.
+    // A socket at the given path: oneWindow::endpointFor(language), or one
+    // of the tests'.
     explicit OneWindow(const QString& socketPath);
     ~OneWindow() override;
 
@@ -78,6 +80,12 @@ constexpr int maxPathBytes = 4096;
 constexpr int receiveTimeoutMs = 5000;
 constexpr int answerTimeoutMs = 10000;
 
+// The endpoint of windows in language ("de", "en") for this user here:
+// a start in another language than the running window's opens a window of
+// its own rather than hand its files to a window that would not speak it.
+QString endpointFor(const QString& language);
+// endpoint itself for German, else endpoint with "-" and the language.
+QString forLanguage(const QString& endpoint, const QString& language);
 // "brevio-window-" and the display with its screen number dropped
 // (":0.0" is ":0"); anything but letters, digits and ".:-_" is escaped.
 QString socketName(const QString& display);

@@ -75,6 +75,8 @@ private slots:
     void decode();
     void encodeKeepsEveryByte();
     void batchesKeepLimitsAndOrder();
+    void endpointPerLanguage_data();
+    void endpointPerLanguage();
     void socketName_data();
     void socketName();
     void peerUser();
@@ -180,6 +182,26 @@ void TestOneWindow::batchesKeepLimitsAndOrder() {
     QVERIFY(batches.size() >= 4);
     // No files is still one (empty) message: the window comes forward.
     QCOMPARE(oneWindow::batches(QStringList()), QList<QStringList>{QStringList()});
+}
+
+void TestOneWindow::endpointPerLanguage_data() {
+    QTest::addColumn<QString>("language");
+    QTest::addColumn<QString>("endpoint");
+    QTest::newRow("German keeps the name") << "de"
+                                           << "/run/user/1/brevio-window-%3A0";
+    QTest::newRow("English has its own") << "en"
+                                         << "/run/user/1/brevio-window-%3A0-en";
+}
+
+void TestOneWindow::endpointPerLanguage() {
+    // "brevio --language en a.json" beside a German window opens an English
+    // window of its own instead of handing the file to the German one.
+    QFETCH(QString, language);
+    QFETCH(QString, endpoint);
+    QCOMPARE(oneWindow::forLanguage(QStringLiteral("/run/user/1/brevio-window-%3A0"), language),
+             endpoint);
+    QVERIFY(oneWindow::endpointFor(QStringLiteral("en")) !=
+            oneWindow::endpointFor(QStringLiteral("de")));
 }
 
 void TestOneWindow::socketName_data() {
