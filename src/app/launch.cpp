@@ -292,9 +292,19 @@ Request parse(const QStringList& arguments, const QString& currentDir) {
         return request;
     request.newWindow = parser.parser.isSet(parser.newWindow);
     request.language = parser.parser.value(parser.language);
-    for (const QString& given : parser.parser.positionalArguments())
-        request.files.append(filePaths::absolute(given, currentDir));
+    for (const QString& given : parser.parser.positionalArguments()) {
+        const QString file = filePaths::absolute(given, currentDir);
+        if (file.isEmpty())
+            request.withoutFolder.append(given);
+        else
+            request.files.append(file);
+    }
     return request;
+}
+
+QString workingFolderGone(const QString& name) {
+    return QStringLiteral("brevio: %1: cannot be opened: the working folder no longer exists")
+        .arg(name);
 }
 
 void openWhenShown(MainWindow& window, const QStringList& files) {

@@ -65,7 +65,14 @@ struct Request {
     QString language = QStringLiteral("de");
     // Absolute, in the order given.
     QStringList files;
+    // Relative names given while the working folder no longer exists:
+    // there is no place to look for them, and they are sent nowhere.
+    QStringList withoutFolder;
 };
+
+// What the window says, one line each, of names given while the working
+// folder no longer exists.
+QString workingFolderGone(const QString& name);
 
 // The language of the window's and the reports' texts ("de" or "en", as
 // parse() accepts it): English leaves Qt's own texts in their English too.

@@ -34,6 +34,13 @@ int main(int argc, char* argv[]) {
     if (request.exitStatus != launch::startWindow)
         return request.exitStatus;
 
+    // A relative name in a working folder that is gone names no file: the
+    // start says so and sends nothing, to no window.
+    if (!request.withoutFolder.isEmpty()) {
+        for (const QString& name : request.withoutFolder)
+            std::fprintf(stderr, "%s\n", qPrintable(launch::workingFolderGone(name)));
+        return 1;
+    }
     launch::useLanguage(request.language);
     // A window of this user on this display, in this language, takes the
     // files into its list.

@@ -66,6 +66,7 @@ private slots:
     void initTestCase();
     void parseKeepsOrder();
     void parseRefusesUnknownOptions();
+    void parseKeepsNamesWithoutFolderApart();
     void parseAnswersVersion();
     void filesOpenInOrderOnceShown();
     void noFilesNoRows();
@@ -90,6 +91,21 @@ void TestLaunch::parseKeepsOrder() {
              QStringList({QStringLiteral("/srv/anlage/b.json"), QStringLiteral("/data/a.json"),
                           QStringLiteral("/srv/anlage/../c.JSON"),
                           QStringLiteral("/srv/anlage/-d.json")}));
+}
+
+void TestLaunch::parseKeepsNamesWithoutFolderApart() {
+    // Started from a working folder that was removed: a relative name has
+    // no place to be looked up, so it is neither sent to a window (which
+    // would refuse the empty path and be blamed for it) nor listed.
+    const launch::Request request = launch::parse(
+        {QStringLiteral("brevio"), QStringLiteral("a.json"), QStringLiteral("/data/b.json")},
+        QString());
+    QCOMPARE(request.exitStatus, launch::startWindow);
+    QCOMPARE(request.files, QStringList{QStringLiteral("/data/b.json")});
+    QCOMPARE(request.withoutFolder, QStringList{QStringLiteral("a.json")});
+    QCOMPARE(
+        launch::workingFolderGone(QStringLiteral("a.json")),
+        QStringLiteral("brevio: a.json: cannot be opened: the working folder no longer exists"));
 }
 
 void TestLaunch::parseRefusesUnknownOptions() {
