@@ -12,6 +12,8 @@ ReportFile::ReportFile(const QString& reportPath) : reportName(reportPath) {
     const QString parent = filePaths::folderOf(reportPath);
     // Folders that a killed run left here go first, once per folder.
     temporaryFolders::removeStaleOnce(parent);
+    // An interrupt waits until the new folder is registered.
+    const temporaryFolders::CreationGuard creating;
     const QString why = makeFolder(parent);
     if (folder.isEmpty()) {
         fail(Failure::NoFolder, why);

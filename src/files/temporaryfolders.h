@@ -31,6 +31,19 @@ int add(const QString& parent, const QString& folderName, const QString& fileNam
 // registered handle, then forgets it. Nothing happens for -1.
 void removeNow(int slot);
 
+// Brackets making a folder and registering it: an interrupt that arrives
+// in between would miss the folder, so it waits for the registration (on
+// POSIX the last maker ends the process by the signal once it is done).
+void beginCreating();
+void endCreating();
+class CreationGuard {
+public:
+    CreationGuard() { beginCreating(); }
+    ~CreationGuard() { endCreating(); }
+    CreationGuard(const CreationGuard&) = delete;
+    CreationGuard& operator=(const CreationGuard&) = delete;
+};
+
 // Removes the file, the owner record and the folder of every registered
 // entry. Async-signal-safe on POSIX: only unlinkat() on data prepared
 // beforehand.

@@ -49,8 +49,22 @@ bool copyName(char* to, size_t room, const char* a, const char* b = nullptr,
     return written >= 0 && size_t(written) < room;
 }
 
+// Makers between mkdtemp() and registration, and a signal that came while
+// there were any.
+std::atomic<int> creating{0};
+std::atomic<int> deferredSignal{0};
+
 extern "C" void removeAndReraise(int signalNumber) {
     const int savedErrno = errno;
+    // A folder made but not registered yet would be left behind: its maker
+    // registers it and then ends the process by this signal itself.
+    if (creating.load() > 0) {
+        deferredSignal.store(signalNumber);
+        if (creating.load() > 0) {
+            errno = savedErrno;
+            return;
+        }
+    }
     removeAllNow();
     // The disposition is back at its default (SA_RESETHAND); the signal
     // raised here is held until the handler returns and then ends the
@@ -174,6 +188,21 @@ void removeNow(int slot) {
     ::close(entry.parentFd);
     entry.parentFd = -1;
     entry.state.store(slotFree);
+}
+
+void beginCreating() {
+    creating.fetch_add(1);
+}
+
+void endCreating() {
+    if (creating.fetch_sub(1) != 1)
+        return;
+    // The handler ran while a folder was being made and left the end to
+    // us; its disposition is the default again (SA_RESETHAND).
+    if (const int signalNumber = deferredSignal.load()) {
+        removeAllNow();
+        ::raise(signalNumber);
+    }
 }
 
 void removeAllNow() noexcept {

@@ -36,6 +36,8 @@ QVector<Slot>& registry() {
 }
 
 std::atomic<bool> stopRequested{false};
+// Makers between creating a folder and registering it.
+std::atomic<int> creating{0};
 
 void removeSlotFiles(const Slot& slot) {
     DeleteFileW(slot.file.c_str());
@@ -70,7 +72,8 @@ BOOL WINAPI onConsoleEvent(DWORD event) {
     // open file: the jobs stop drawing, their reports close and each job
     // removes its own folder. What is still there after the wait goes here.
     stopRequested.store(true);
-    for (int waited = 0; liveCount() > 0 && waited < waitForJobsMs; waited += 50)
+    for (int waited = 0; (creating.load() > 0 || liveCount() > 0) && waited < waitForJobsMs;
+         waited += 50)
         Sleep(50);
     removeAllNow();
     // Windows' own handling follows: the process ends with the status a
@@ -193,6 +196,14 @@ void removeNow(int slot) {
         return;
     removeSlotFiles(table[slot]);
     table[slot] = Slot();
+}
+
+void beginCreating() {
+    creating.fetch_add(1);
+}
+
+void endCreating() {
+    creating.fetch_sub(1);
 }
 
 void removeAllNow() noexcept {
