@@ -32,15 +32,6 @@ namespace {
 const QString exampleName = QString::fromUtf8("Name: L\xc3\xbc"
                                               "ftung Halle 2 \xe2\x80\x93 Zuluft");
 
-QListWidget* listOf(MainWindow& window) {
-    return window.findChild<QListWidget*>(QStringLiteral("listWidget"));
-}
-
-ListWidgetContainer* rowAt(MainWindow& window, int index) {
-    QListWidget* list = listOf(window);
-    return qobject_cast<ListWidgetContainer*>(list->itemWidget(list->item(index)));
-}
-
 cButton* rowButton(ListWidgetContainer* row, const char* name) {
     return row->findChild<cButton*>(QLatin1String(name));
 }

@@ -17,18 +17,6 @@
 
 namespace {
 
-QStringList rowPaths(MainWindow& window) {
-    QStringList paths;
-    auto* list = window.findChild<QListWidget*>(QStringLiteral("listWidget"));
-    if (!list)
-        return {QStringLiteral("<no list>")};
-    for (int i = 0; i < list->count(); ++i) {
-        auto* row = qobject_cast<ListWidgetContainer*>(list->itemWidget(list->item(i)));
-        paths.append(row ? row->filePath : QStringLiteral("<no row>"));
-    }
-    return paths;
-}
-
 struct Run {
     int exitCode = -1;
     bool crashed = false;

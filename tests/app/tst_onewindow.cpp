@@ -26,16 +26,6 @@ Q_DECLARE_METATYPE(oneWindow::Received::State)
 
 namespace {
 
-QStringList rowPaths(MainWindow& window) {
-    QStringList paths;
-    auto* list = window.findChild<QListWidget*>(QStringLiteral("listWidget"));
-    for (int i = 0; i < list->count(); ++i) {
-        auto* row = qobject_cast<ListWidgetContainer*>(list->itemWidget(list->item(i)));
-        paths.append(row ? row->filePath : QStringLiteral("<no row>"));
-    }
-    return paths;
-}
-
 QByteArray paths(std::initializer_list<QByteArray> list) {
     QByteArray message("BREVIO-FILES 1\n");
     for (const QByteArray& path : list)

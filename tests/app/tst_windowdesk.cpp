@@ -30,25 +30,6 @@
 
 namespace {
 
-QListWidget* listOf(MainWindow& window) {
-    return window.findChild<QListWidget*>(QStringLiteral("listWidget"));
-}
-
-QStringList rowPaths(MainWindow& window) {
-    QStringList paths;
-    QListWidget* list = listOf(window);
-    for (int i = 0; i < list->count(); ++i) {
-        auto* row = qobject_cast<ListWidgetContainer*>(list->itemWidget(list->item(i)));
-        paths.append(row ? row->filePath : QStringLiteral("<no row>"));
-    }
-    return paths;
-}
-
-ListWidgetContainer* rowAt(MainWindow& window, int index) {
-    QListWidget* list = listOf(window);
-    return qobject_cast<ListWidgetContainer*>(list->itemWidget(list->item(index)));
-}
-
 QString withoutMnemonic(QString text) {
     return text.remove(QLatin1Char('&'));
 }

@@ -25,11 +25,6 @@
 
 namespace {
 
-ListWidgetContainer* rowAt(MainWindow& window, int index) {
-    auto* list = window.findChild<QListWidget*>(QStringLiteral("listWidget"));
-    return list ? qobject_cast<ListWidgetContainer*>(list->itemWidget(list->item(index))) : nullptr;
-}
-
 QStringList actionTexts(const QMenu* menu) {
     QStringList texts;
     for (const QAction* action : menu->actions())

@@ -3,6 +3,8 @@
 
 #include "windowtest.h"
 
+#include "app/listwidgetcontainer.h"
+#include "app/mainwindow.h"
 #include "convert/convert.h"
 
 #include <QAbstractButton>
@@ -12,6 +14,7 @@
 #include <QDropEvent>
 #include <QFileDialog>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QMouseEvent>
@@ -298,4 +301,25 @@ QList<QObject*> JobWatch::liveJobs() const {
 int JobWatch::alive() const {
     std::lock_guard<std::mutex> lock(watchMutex);
     return static_cast<int>(watchedJobs.size());
+}
+
+QListWidget* listOf(MainWindow& window) {
+    return window.findChild<QListWidget*>(QStringLiteral("listWidget"));
+}
+
+ListWidgetContainer* rowAt(MainWindow& window, int index) {
+    QListWidget* list = listOf(window);
+    return list ? qobject_cast<ListWidgetContainer*>(list->itemWidget(list->item(index))) : nullptr;
+}
+
+QStringList rowPaths(MainWindow& window) {
+    QListWidget* list = listOf(window);
+    if (!list)
+        return {QStringLiteral("<no list>")};
+    QStringList paths;
+    for (int i = 0; i < list->count(); ++i) {
+        ListWidgetContainer* row = rowAt(window, i);
+        paths.append(row ? row->filePath : QStringLiteral("<no row>"));
+    }
+    return paths;
 }

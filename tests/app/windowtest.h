@@ -13,10 +13,19 @@
 
 #include <functional>
 
+class ListWidgetContainer;
+class MainWindow;
 class QAbstractButton;
+class QListWidget;
 class QWidget;
 class QFileDialog;
 class QMessageBox;
+
+// The window's file list, its row widgets and their report paths, in
+// order ("<no row>" where an item has no row widget).
+QListWidget* listOf(MainWindow& window);
+ListWidgetContainer* rowAt(MainWindow& window, int index);
+QStringList rowPaths(MainWindow& window);
 
 // Collects everything logged through qDebug and friends while it lives,
 // then hands the handler back to the test framework.

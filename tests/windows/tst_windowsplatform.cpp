@@ -76,10 +76,7 @@ void TestWindowsPlatform::reportHeldOpen() {
     QVERIFY(older.startsWith("%PDF-"));
 
     QProcess holder;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("WINEPREFIX"), QStringLiteral(BREVIO_WINE_PREFIX));
-    environment.insert(QStringLiteral("WINEDEBUG"), QStringLiteral("-all"));
-    holder.setProcessEnvironment(environment);
+    holder.setProcessEnvironment(wineEnvironment());
     holder.setWorkingDirectory(folder.path());
     holder.start(QStringLiteral(BREVIO_WINE),
                  {QStringLiteral(BREVIO_HOLDFILE), QStringLiteral("p.pdf")});

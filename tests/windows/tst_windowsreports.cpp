@@ -210,10 +210,7 @@ void TestWindowsReports::archiveChecksHold() {
     // Windows program (the script runs it through Wine).
     QProcess check;
     check.setProcessChannelMode(QProcess::MergedChannels);
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("WINEPREFIX"), QStringLiteral(BREVIO_WINE_PREFIX));
-    environment.insert(QStringLiteral("WINEDEBUG"), QStringLiteral("-all"));
-    check.setProcessEnvironment(environment);
+    check.setProcessEnvironment(wineEnvironment());
     check.start(
         QStringLiteral("/usr/bin/python3"),
         {QStringLiteral(BREVIO_SOURCE_DIR "/tests/convert/check-archive.py"),

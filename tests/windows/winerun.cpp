@@ -32,8 +32,7 @@ ProgramRun run(const QString& program, const QStringList& arguments,
 
 } // namespace
 
-ProgramRun runUnderWine(const QString& program, const QStringList& arguments,
-                        const QString& workingFolder, int timeoutMs) {
+QProcessEnvironment wineEnvironment() {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("WINEPREFIX"), QStringLiteral(BREVIO_WINE_PREFIX));
     // Wine's own notes about unimplemented corners are not the program's.
@@ -41,7 +40,12 @@ ProgramRun runUnderWine(const QString& program, const QStringList& arguments,
     // No Mono or Gecko installer prompts in a new prefix.
     environment.insert(QStringLiteral("WINEDLLOVERRIDES"), QStringLiteral("mscoree,mshtml="));
     environment.remove(QStringLiteral("QT_QPA_PLATFORM"));
-    return run(QStringLiteral(BREVIO_WINE), QStringList{program} + arguments, environment,
+    return environment;
+}
+
+ProgramRun runUnderWine(const QString& program, const QStringList& arguments,
+                        const QString& workingFolder, int timeoutMs) {
+    return run(QStringLiteral(BREVIO_WINE), QStringList{program} + arguments, wineEnvironment(),
                workingFolder, timeoutMs);
 }
 

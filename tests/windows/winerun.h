@@ -5,6 +5,7 @@
 #define BREVIO_TESTS_WINERUN_H
 
 #include <QByteArray>
+#include <QProcessEnvironment>
 #include <QString>
 #include <QStringList>
 
@@ -20,6 +21,11 @@ struct ProgramRun {
 // the suite's own (made on the first run), from the folder workingFolder.
 ProgramRun runUnderWine(const QString& program, const QStringList& arguments,
                         const QString& workingFolder, int timeoutMs = 120000);
+// The environment a Windows program runs in under Wine: the suite's
+// prefix, Wine's own notes silenced, no Mono or Gecko prompts, and no
+// headless platform inherited from the test suite.
+QProcessEnvironment wineEnvironment();
+
 // Runs a Linux program the same way, headless.
 ProgramRun runNative(const QString& program, const QStringList& arguments,
                      const QString& workingFolder, int timeoutMs = 120000);
