@@ -103,7 +103,7 @@ source_dir=$(find "$work/src" -maxdepth 1 -type d -name "qtbase-opensource-src-$
 }
 
 # The posix thread model of mingw-w64 (std::thread and std::mutex work), under
-# the plain names qmake's win32-g++ spec calls.
+# the plain names qmake's win32-g++ platform files call.
 for tool in gcc g++; do
     ln -sf "$(command -v ${cross}-$tool-posix)" "$work/bin/${cross}-$tool"
 done
