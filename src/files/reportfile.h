@@ -68,9 +68,9 @@ private:
     void removeByPath();
     bool fail(Failure why, const QString& systemWords = QString());
     static bool reachedSizeLimit(qint64 size);
-    // Whether the file system of the open file fd has less than
-    // fullBelowBytes left (Windows: the folder's volume).
-    bool fileSystemFull(int fd) const;
+    // Whether the file system the report was drawn on has less than
+    // fullBelowBytes left; written is the report, open.
+    bool fileSystemFull(const QFile& written) const;
     static constexpr quint64 fullBelowBytes = 1024 * 1024;
 };
 

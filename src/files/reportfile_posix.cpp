@@ -55,8 +55,7 @@ bool ReportFile::commit() {
     if (!isCompletePdf(written)) {
         if (reachedSizeLimit(written.size()))
             return fail(Failure::FileSizeLimit, systemWords(EFBIG));
-        return fail(Failure::Incomplete,
-                    fileSystemFull(written.handle()) ? systemWords(ENOSPC) : QString());
+        return fail(Failure::Incomplete, fileSystemFull(written) ? systemWords(ENOSPC) : QString());
     }
     // The data reaches the disk before the name does, so that a crash
     // leaves either the old report or the whole new one.
@@ -69,12 +68,12 @@ bool ReportFile::commit() {
     return true;
 }
 
-bool ReportFile::fileSystemFull(int fd) const {
+bool ReportFile::fileSystemFull(const QFile& written) const {
     // The printer keeps the system's error to itself; a report cut short
     // on a file system with (next to) no room left was cut by that. The
     // last write that failed may have left less than its own size free.
     struct statvfs space {};
-    return ::fstatvfs(fd, &space) == 0 &&
+    return ::fstatvfs(written.handle(), &space) == 0 &&
            quint64(space.f_bavail) * quint64(space.f_frsize) < fullBelowBytes;
 }
 

@@ -105,9 +105,8 @@ bool ReportFile::commit() {
         return fail(Failure::Incomplete);
     }
     if (!isCompletePdf(written))
-        return fail(Failure::Incomplete, fileSystemFull(written.handle())
-                                             ? windowsPath::errorText(ERROR_DISK_FULL)
-                                             : QString());
+        return fail(Failure::Incomplete,
+                    fileSystemFull(written) ? windowsPath::errorText(ERROR_DISK_FULL) : QString());
     // The data reaches the disk before the name does, so that a crash
     // leaves either the old report or the whole new one.
     if (!FlushFileBuffers(handle))
@@ -122,7 +121,7 @@ bool ReportFile::commit() {
     return true;
 }
 
-bool ReportFile::fileSystemFull(int) const {
+bool ReportFile::fileSystemFull(const QFile&) const {
     // The printer keeps the system's error to itself; a report cut short
     // on a volume with (next to) no room left was cut by that.
     ULARGE_INTEGER available{};
