@@ -2,13 +2,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "cli/batchconverter.h"
+#include "cli/commandline.h"
 #include "cli/terminal.h"
 #include "convert/bootstrap.h"
-#include "files/filepaths.h"
 #include "files/temporaryfolders.h"
 
-#include <QCommandLineParser>
-#include <QFileInfo>
 #include <QGuiApplication>
 #include <QThreadPool>
 #include <QTimer>
@@ -34,10 +32,6 @@ void quietToolkit(QtMsgType type, const QMessageLogContext&, const QString& mess
 const QString& programName() {
     static const QString name = QStringLiteral("brevio-convert");
     return name;
-}
-
-int usageError(const QCommandLineParser& parser, const QString& message) {
-    return bootstrap::usageError(programName(), message, parser.helpText());
 }
 
 void setUpSignals() {
@@ -85,98 +79,11 @@ int main(int argc, char* argv[]) {
 
 namespace {
 
-int run(int argc, char* argv[]) {
-    // brevio-convert never shows anything: whatever platform the
-    // environment names (a display that is not there, a plugin that is not
-    // installed), it draws without one, and a platform theme has nothing to
-    // do.
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    qunsetenv("QT_QPA_PLATFORMTHEME");
-    if (qEnvironmentVariableIsEmpty("BREVIO_DEBUG"))
-        qInstallMessageHandler(quietToolkit);
-    // The toolkit gets the program name alone: its own options (-platform,
-    // -display, -style) are not this tool's, and a file may have such a
-    // name.
-    static int toolkitArgc = 1;
-    QGuiApplication app(toolkitArgc, argv);
-    // Before the arguments are read: file names that are not UTF-8 must
-    // come through byte for byte.
-    bootstrap::initApplication(programName());
-    const QStringList arguments = terminal::arguments(argc, argv);
-
-    QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral(
-        "Converts transmitter configuration files (.json) into PDF reports.\n"
-        "Each report is written next to its file, with \".json\" replaced by \".pdf\",\n"
-        "or into the folder given with --output-dir."));
-    const QCommandLineOption helpOption = parser.addHelpOption();
-    const QCommandLineOption versionOption = parser.addVersionOption();
-    const QCommandLineOption jobsOption(
-        {QStringLiteral("j"), QStringLiteral("jobs")},
-        QStringLiteral("Convert at most <N> files at the same time."), QStringLiteral("N"));
-    parser.addOption(jobsOption);
-    const QCommandLineOption outputOption(
-        {QStringLiteral("o"), QStringLiteral("output-dir")},
-        QStringLiteral("Write the reports into the folder <DIR>, each named after its file."),
-        QStringLiteral("DIR"));
-    parser.addOption(outputOption);
-    const QCommandLineOption jsonOption(
-        QStringLiteral("json"),
-        QStringLiteral("Print one JSON object per file on standard output: file, report, "
-                       "converted, reason, warnings."));
-    parser.addOption(jsonOption);
-    const QCommandLineOption languageOption = bootstrap::languageOption();
-    parser.addOption(languageOption);
-    parser.addPositionalArgument(QStringLiteral("FILE"),
-                                 QStringLiteral("Configuration files to convert."),
-                                 QStringLiteral("FILE..."));
-
-    if (!parser.parse(arguments))
-        return finishOutput(usageError(parser, parser.errorText()), 0);
-    // --help-all would add the toolkit's own options, which this tool does
-    // not take: the same help.
-    if (parser.isSet(helpOption) || parser.isSet(QStringLiteral("help-all"))) {
-        std::fputs(qPrintable(parser.helpText()), stdout);
-        return finishOutput(exitConverted, 0);
-    }
-    if (parser.isSet(versionOption)) {
-        bootstrap::printVersion(programName());
-        return finishOutput(exitConverted, 0);
-    }
-    if (parser.isSet(jobsOption)) {
-        bool ok = false;
-        const int jobs = parser.value(jobsOption).toInt(&ok);
-        if (!ok || jobs < 1)
-            return finishOutput(
-                usageError(parser, QStringLiteral("--jobs needs a whole number of at least 1, "
-                                                  "not \"%1\"")
-                                       .arg(parser.value(jobsOption))),
-                0);
-        QThreadPool::globalInstance()->setMaxThreadCount(jobs);
-    }
-    const QString language = parser.value(languageOption);
-    if (!bootstrap::useLanguage(language))
-        return finishOutput(
-            usageError(parser,
-                       QStringLiteral("--language needs de or en, not \"%1\"").arg(language)),
-            0);
-    BatchConverter::Options options;
-    options.json = parser.isSet(jsonOption);
-    if (parser.isSet(outputOption)) {
-        const QString given = parser.value(outputOption);
-        options.outputFolder = given.isEmpty() ? QString() : filePaths::absolute(given);
-        if (options.outputFolder.isEmpty() || !QFileInfo(options.outputFolder).isDir())
-            return finishOutput(
-                usageError(parser, QStringLiteral("--output-dir needs an existing folder, "
-                                                  "not \"%1\"")
-                                       .arg(given)),
-                0);
-    }
-    const QStringList files = parser.positionalArguments();
-    if (files.isEmpty())
-        return finishOutput(usageError(parser, QStringLiteral("no files given")), 0);
-
-    BatchConverter batch(files, options, stdout, stderr);
+// Converts the request's files and tells how it went.
+int convertAll(QGuiApplication& app, const commandLine::Request& request) {
+    if (request.jobs > 0)
+        QThreadPool::globalInstance()->setMaxThreadCount(request.jobs);
+    BatchConverter batch(request.files, request.options, stdout, stderr);
     QObject::connect(&batch, &BatchConverter::done, &app, &QCoreApplication::quit,
                      Qt::QueuedConnection);
     // Jobs start from inside the event loop that receives their signals.
@@ -190,6 +97,49 @@ int run(int argc, char* argv[]) {
     if (batch.threadsLost())
         std::_Exit(status);
     return status;
+}
+
+// brevio-convert never shows anything: whatever platform the environment
+// names (a display that is not there, a plugin that is not installed), it
+// draws without one, and a platform theme has nothing to do.
+void prepareToolkit() {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qunsetenv("QT_QPA_PLATFORMTHEME");
+    if (qEnvironmentVariableIsEmpty("BREVIO_DEBUG"))
+        qInstallMessageHandler(quietToolkit);
+}
+
+int run(int argc, char* argv[]) {
+    prepareToolkit();
+    // The toolkit gets the program name alone: its own options (-platform,
+    // -display, -style) are not this tool's, and a file may have such a
+    // name.
+    static int toolkitArgc = 1;
+    QGuiApplication app(toolkitArgc, argv);
+    // Before the arguments are read: file names that are not UTF-8 must
+    // come through byte for byte.
+    bootstrap::initApplication(programName());
+    const commandLine::Request request = commandLine::parse(terminal::arguments(argc, argv));
+    using Action = commandLine::Request::Action;
+    switch (request.action) {
+    case Action::ShowHelp:
+        std::fputs(qPrintable(request.helpText), stdout);
+        return finishOutput(exitConverted, 0);
+    case Action::ShowVersion:
+        bootstrap::printVersion(programName());
+        return finishOutput(exitConverted, 0);
+    case Action::UsageError:
+        return finishOutput(bootstrap::usageError(programName(), request.error, request.helpText),
+                            0);
+    case Action::Convert:
+        break;
+    }
+    if (!bootstrap::useLanguage(request.language)) {
+        std::fprintf(stderr, "brevio-convert: the texts for --language %s cannot be loaded\n",
+                     qPrintable(request.language));
+        return finishOutput(exitNotConverted, 0);
+    }
+    return convertAll(app, request);
 }
 
 } // namespace

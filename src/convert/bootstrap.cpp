@@ -41,6 +41,10 @@ bool isLanguage(const QString& language) {
     return language == QLatin1String("de") || language == QLatin1String("en");
 }
 
+QString languageError(const QString& language) {
+    return QStringLiteral("--language needs de or en, not \"%1\"").arg(language);
+}
+
 bool useLanguage(const QString& language) {
     // The program's own strings are German, so German needs no file; the
     // system's locale never chooses, so a report reads the same on every

@@ -34,6 +34,10 @@ QCommandLineOption languageOption();
 // True for the languages useLanguage() takes.
 bool isLanguage(const QString& language);
 
+// The usage error for a --language value that is not a language, worded the
+// same in both programs.
+QString languageError(const QString& language);
+
 // Installs the texts of language ("de" or "en") for the whole application;
 // false for any other language, which then is a usage error. Call it before
 // any text is drawn or any window is made.
