@@ -113,7 +113,7 @@ double throughput(const QStringList& files, int threads) {
     for (const QString& path : files) {
         JobHandlers handlers;
         handlers.outcomeReceiver = &loop;
-        handlers.ended = [&](bool, const ConversionOutcome&) {
+        handlers.ended = [&](JobSignal, const ConversionOutcome&) {
             if (++ended == files.size())
                 loop.quit();
         };

@@ -264,7 +264,7 @@ void MainWindow::convertSingle(ListWidgetContainer* row) {
     // says why, for whoever turns it on.
     handlers.outcomeReceiver = this;
     const QPointer<ListWidgetContainer> target(row);
-    handlers.ended = [configuration, target](bool, const ConversionOutcome& outcome) {
+    handlers.ended = [configuration, target](JobSignal, const ConversionOutcome& outcome) {
         if (!outcome.converted())
             qCDebug(brevioJob) << "Not converted:" << configuration << outcome;
         // The row offers the report the job wrote, and none after a job

@@ -37,10 +37,6 @@ int printLine(std::FILE* stream, const QString& line) {
 
 } // namespace
 
-BatchConverter::BatchConverter(const QStringList& files, std::FILE* out, std::FILE* err,
-                               QObject* parent)
-    : BatchConverter(files, Options(), out, err, parent) {}
-
 BatchConverter::BatchConverter(const QStringList& files, const Options& options, std::FILE* out,
                                std::FILE* err, QObject* parent)
     : QObject(parent), options(options), started(new std::atomic<bool>[size_t(files.size())]),
@@ -53,10 +49,7 @@ BatchConverter::BatchConverter(const QStringList& files, const Options& options,
         entry.given = files[index];
         entry.jsonPath = filePaths::absolute(entry.given);
         if (entry.jsonPath.isEmpty()) {
-            // A relative name in a working folder that is gone: there is
-            // no other place to look for it, "/" least of all.
-            entry.ended = true;
-            entry.reason = QStringLiteral("cannot be opened: the working folder no longer exists");
+            entry.outcome = failureReason::workingFolderGone();
             ++endedCount;
         }
         entry.reportPath =
@@ -75,7 +68,7 @@ void BatchConverter::settleSharedReports() {
     QHash<QString, int> firstForReport;
     for (int index = 0; index < entries.size(); ++index) {
         Entry& entry = entries[index];
-        if (entry.ended)
+        if (entry.ended())
             continue;
         const QString key = filePaths::reportKey(entry.reportPath);
         const auto first = firstForReport.constFind(key);
@@ -94,8 +87,7 @@ void BatchConverter::settleSharedReports() {
             entry.sharesWith = *first;
             continue;
         }
-        entry.ended = true;
-        entry.reason = QStringLiteral("same report as ") + nameQuoting::quoted(original.given);
+        entry.outcome = failureReason::reportTaken(nameQuoting::quoted(original.given));
         ++endedCount;
     }
 }
@@ -104,14 +96,12 @@ void BatchConverter::endSharers(int index) {
     const Entry& original = entries[index];
     for (int other = index + 1; other < entries.size(); ++other) {
         Entry& entry = entries[other];
-        if (entry.sharesWith != index || entry.ended)
+        if (entry.sharesWith != index || entry.ended())
             continue;
-        entry.converted = original.converted;
-        entry.reason = original.reason;
+        entry.outcome = original.outcome;
         entry.reportPath = original.reportPath;
         entry.warnings =
-            QStringList{QStringLiteral("same report as ") + nameQuoting::quoted(original.given)};
-        entry.ended = true;
+            QStringList{failureReason::sameReportWarning(nameQuoting::quoted(original.given))};
         ++endedCount;
     }
 }
@@ -120,11 +110,11 @@ void BatchConverter::start() {
     settleSharedReports();
     for (int index = 0; index < entries.size(); ++index) {
         Entry& entry = entries[index];
-        if (entry.ended || entry.sharesWith >= 0)
+        if (entry.ended() || entry.sharesWith >= 0)
             continue;
         JobHandlers handlers;
         handlers.outcomeReceiver = this;
-        handlers.ended = [this, index](bool, const ConversionOutcome& outcome) {
+        handlers.ended = [this, index](JobSignal, const ConversionOutcome& outcome) {
             jobEnded(index, outcome);
         };
         std::atomic<bool>* running = &started[size_t(index)];
@@ -144,7 +134,7 @@ void BatchConverter::start() {
 
 bool BatchConverter::allConverted() const {
     for (const Entry& entry : entries)
-        if (!entry.converted)
+        if (!entry.converted())
             return false;
     return true;
 }
@@ -155,19 +145,17 @@ bool BatchConverter::threadsLost() const {
 
 void BatchConverter::jobEnded(int index, const ConversionOutcome& outcome) {
     Entry& entry = entries[index];
-    if (entry.ended)
+    if (entry.ended())
         return;
-    entry.reason = failureReason::forOutcome(outcome);
-    entry.converted = entry.reason.isEmpty();
     // The report the job itself decided on and wrote.
     if (!outcome.reportPath.isEmpty())
         entry.reportPath = outcome.reportPath;
     entry.warnings = failureReason::warnings(outcome);
-    endEntry(index);
+    endEntry(index, outcome);
 }
 
-void BatchConverter::endEntry(int index) {
-    entries[index].ended = true;
+void BatchConverter::endEntry(int index, const ConversionOutcome& outcome) {
+    entries[index].outcome = outcome;
     ++endedCount;
     endSharers(index);
     idleChecks = 0;
@@ -183,7 +171,8 @@ void BatchConverter::endEntry(int index) {
 void BatchConverter::checkForLostJobs() {
     bool anyRunning = false;
     for (int index = 0; index < entries.size(); ++index)
-        if (!entries[index].ended && entries[index].sharesWith < 0 && started[size_t(index)].load())
+        if (!entries[index].ended() && entries[index].sharesWith < 0 &&
+            started[size_t(index)].load())
             anyRunning = true;
     if (anyRunning) {
         idleChecks = 0;
@@ -195,17 +184,16 @@ void BatchConverter::checkForLostJobs() {
     for (int index = 0; index < entries.size(); ++index) {
         Entry& entry = entries[index];
         // One that shares a report ends with the job it waits for.
-        if (entry.ended || entry.sharesWith >= 0)
+        if (entry.ended() || entry.sharesWith >= 0)
             continue;
-        entry.reason = QStringLiteral("not converted (no thread could be started)");
-        endEntry(index);
+        endEntry(index, failureReason::noThread());
     }
 }
 
 void BatchConverter::flushReady() {
     if (progressOnTerminal)
         std::fputs("\r\033[K", err);
-    for (; nextToPrint < entries.size() && entries[nextToPrint].ended; ++nextToPrint) {
+    for (; nextToPrint < entries.size() && entries[nextToPrint].ended(); ++nextToPrint) {
         const Entry& entry = entries[nextToPrint];
         if (options.json) {
             writeJson(entry);
@@ -215,10 +203,10 @@ void BatchConverter::flushReady() {
                                nameQuoting::quoted(entry.given) + QStringLiteral(": ");
         for (const QString& warning : entry.warnings)
             writeError(prefix + QStringLiteral("warning: ") + warning);
-        if (entry.converted)
+        if (entry.converted())
             writeReport(nameQuoting::quoted(entry.reportPath));
         else
-            writeError(prefix + entry.reason);
+            writeError(prefix + failureReason::forOutcome(*entry.outcome));
     }
     showProgress();
 }
@@ -231,12 +219,13 @@ void BatchConverter::writeReport(const QString& line) {
 }
 
 void BatchConverter::writeJson(const Entry& entry) {
-    // A converted file has no reason: notes such as "same report as" are
-    // warnings.
+    // A converted file has no reason (forOutcome() gives none): notes such
+    // as "same report as" are warnings.
+    const bool converted = entry.converted();
     const QByteArray line =
-        jsonLine::record(entry.given, entry.converted ? entry.reportPath : QString(),
-                         entry.converted, entry.converted ? QString() : entry.reason,
-                         entry.warnings) +
+        jsonLine::record(entry.given, converted ? entry.reportPath : QString(), converted,
+                         failureReason::code(*entry.outcome),
+                         failureReason::forOutcome(*entry.outcome), entry.warnings) +
         '\n';
     // JSON is UTF-8 whatever the locale, names' stray bytes escaped.
     if (outError == 0)

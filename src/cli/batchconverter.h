@@ -15,6 +15,7 @@
 #include <atomic>
 #include <cstdio>
 #include <memory>
+#include <optional>
 
 // Converts a list of configuration files with one convert job each on the
 // global thread pool, the way the window does, and reports every file's
@@ -33,8 +34,6 @@ public:
         bool json = false;
     };
 
-    BatchConverter(const QStringList& files, std::FILE* out, std::FILE* err,
-                   QObject* parent = nullptr);
     BatchConverter(const QStringList& files, const Options& options, std::FILE* out, std::FILE* err,
                    QObject* parent = nullptr);
 
@@ -57,14 +56,19 @@ private:
     struct Entry {
         QString given;
         QString jsonPath;
+        // Where the report goes: derived from the name before the job
+        // runs, and then the path the job itself decided on.
         QString reportPath;
-        bool ended = false;
-        bool converted = false;
-        QString reason;
+        // Empty until the file's outcome is known: its job's, or the one
+        // decided without a job.
+        std::optional<ConversionOutcome> outcome;
         QStringList warnings;
         // The earlier entry whose report this one shares (the same file
         // given twice): it ends with that entry's outcome.
         int sharesWith = -1;
+
+        bool ended() const { return outcome.has_value(); }
+        bool converted() const { return outcome && outcome->converted(); }
     };
 
     // Marks every file after the first one that names the same report:
@@ -75,7 +79,7 @@ private:
     // Gives every entry that shares index's report index's outcome.
     void endSharers(int index);
     void jobEnded(int index, const ConversionOutcome& outcome);
-    void endEntry(int index);
+    void endEntry(int index, const ConversionOutcome& outcome);
     void checkForLostJobs();
     void flushReady();
     void showProgress();

@@ -3,6 +3,8 @@
 
 #include "cli/failurereason.h"
 
+#include <QMetaEnum>
+
 namespace failureReason {
 
 namespace {
@@ -62,10 +64,46 @@ QString forOutcome(const ConversionOutcome& outcome) {
                    : QStringLiteral("report not written (file size limit)");
     case Reason::OutOfMemory:
         return QStringLiteral("not converted (out of memory)");
+    case Reason::UnexpectedError:
+        return outcome.detail.isEmpty()
+                   ? QStringLiteral("not converted (unexpected error)")
+                   : QStringLiteral("not converted (unexpected error: %1)").arg(outcome.detail);
+    case Reason::ReportTaken:
+        return QStringLiteral("same report as ") + outcome.detail;
     case Reason::NotRun:
-        break;
+        return QStringLiteral("not converted (no thread could be started)");
     }
     return QStringLiteral("not converted");
+}
+
+QString code(const ConversionOutcome& outcome) {
+    return QString::fromLatin1(
+        QMetaEnum::fromType<ConversionOutcome::Reason>().valueToKey(int(outcome.reason)));
+}
+
+ConversionOutcome workingFolderGone() {
+    // There is no other place to look for a relative name, "/" least of
+    // all.
+    ConversionOutcome outcome;
+    outcome.fail(ConversionOutcome::Reason::CannotOpen,
+                 QStringLiteral("the working folder no longer exists"));
+    return outcome;
+}
+
+ConversionOutcome reportTaken(const QString& other) {
+    ConversionOutcome outcome;
+    outcome.fail(ConversionOutcome::Reason::ReportTaken, other);
+    return outcome;
+}
+
+ConversionOutcome noThread() {
+    ConversionOutcome outcome;
+    outcome.fail(ConversionOutcome::Reason::NotRun);
+    return outcome;
+}
+
+QString sameReportWarning(const QString& other) {
+    return QStringLiteral("same report as ") + other;
 }
 
 QStringList warnings(const ConversionOutcome& outcome) {

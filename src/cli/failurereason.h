@@ -17,6 +17,24 @@ namespace failureReason {
 // as not converted.
 QString forOutcome(const ConversionOutcome& outcome);
 
+// The outcome's reason as a stable word for scripts: the key of its code
+// ("Converted", "CannotOpen", "ReportTaken", ...), the same in every
+// language and release.
+QString code(const ConversionOutcome& outcome);
+
+// The outcomes of files that no job is run for, worded by forOutcome() like
+// every other.
+// A relative name given in a working folder that no longer exists.
+ConversionOutcome workingFolderGone();
+// A file whose report another configuration of the batch, named other as
+// quoted for the user, writes.
+ConversionOutcome reportTaken(const QString& other);
+// A job that never got a thread to run on.
+ConversionOutcome noThread();
+
+// The warning of a file given again, converted once for both names.
+QString sameReportWarning(const QString& other);
+
 // The warnings of a conversion, each without the "warning: " prefix: the
 // file is not valid JSON or not a JSON object, and characters no font on
 // this machine can draw.

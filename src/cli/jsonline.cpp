@@ -47,14 +47,14 @@ QByteArray quoted(const QString& text) {
     return out.toUtf8();
 }
 
-QByteArray record(const QString& file, const QString& report, bool converted, const QString& reason,
-                  const QStringList& warnings) {
-    QByteArray line = QByteArrayLiteral("{\"file\": ") + quoted(file) +
-                      QByteArrayLiteral(", \"report\": ") + orNull(report) +
-                      QByteArrayLiteral(", \"converted\": ") +
-                      (converted ? QByteArrayLiteral("true") : QByteArrayLiteral("false")) +
-                      QByteArrayLiteral(", \"reason\": ") + orNull(reason) +
-                      QByteArrayLiteral(", \"warnings\": [");
+QByteArray record(const QString& file, const QString& report, bool converted, const QString& code,
+                  const QString& reason, const QStringList& warnings) {
+    QByteArray line =
+        QByteArrayLiteral("{\"file\": ") + quoted(file) + QByteArrayLiteral(", \"report\": ") +
+        orNull(report) + QByteArrayLiteral(", \"converted\": ") +
+        (converted ? QByteArrayLiteral("true") : QByteArrayLiteral("false")) +
+        QByteArrayLiteral(", \"code\": ") + quoted(code) + QByteArrayLiteral(", \"reason\": ") +
+        orNull(reason) + QByteArrayLiteral(", \"warnings\": [");
     for (int i = 0; i < warnings.size(); ++i) {
         if (i > 0)
             line += QByteArrayLiteral(", ");

@@ -18,10 +18,10 @@ QByteArray quoted(const QString& text);
 
 // One file's result as one line of JSON, without the line break:
 // {"file": ..., "report": ... or null, "converted": true|false,
-//  "reason": ... or null, "warnings": [...]}.
+//  "code": ..., "reason": ... or null, "warnings": [...]}.
 // An empty report or reason is null.
-QByteArray record(const QString& file, const QString& report, bool converted, const QString& reason,
-                  const QStringList& warnings);
+QByteArray record(const QString& file, const QString& report, bool converted, const QString& code,
+                  const QString& reason, const QStringList& warnings);
 
 } // namespace jsonLine
 

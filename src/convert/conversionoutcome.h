@@ -25,7 +25,8 @@ public:
     enum class Reason {
         // The report is written and complete.
         Converted,
-        // The job never ran to its end (set until it does).
+        // The job never ran to its end: set until it does, and kept for a
+        // job that never got a thread to run on.
         NotRun,
         NotJsonName,
         CannotOpen,
@@ -44,6 +45,13 @@ public:
         // The printer stopped at the file size limit of the process
         // (ulimit -f), not at a full disk.
         FileSizeLimit,
+        // The job stopped at an exception nobody expected; the report
+        // begun by then has been cleaned up.
+        UnexpectedError,
+        // Not started: another configuration of the same batch names the
+        // same report (detail: that configuration's name as quoted for the
+        // user). Set by whoever starts the jobs.
+        ReportTaken,
     };
     Q_ENUM(Reason)
 

@@ -13,6 +13,7 @@
 #include <QJsonParseError>
 
 #include <cstdlib>
+#include <exception>
 #include <new>
 
 convert::convert(QObject* parent) : QObject(parent) {}
@@ -71,8 +72,10 @@ void convert::readJsonFile(QString jsonPath, QString pdfPath) {
         converted = convertFile();
     } catch (const std::bad_alloc&) {
         result.fail(Reason::OutOfMemory);
+    } catch (const std::exception& error) {
+        result.fail(Reason::UnexpectedError, QString::fromLocal8Bit(error.what()));
     } catch (...) {
-        result.fail(Reason::NotRun);
+        result.fail(Reason::UnexpectedError);
     }
     if (converted)
         emit finished();

@@ -17,9 +17,9 @@ void runOnPool(convert* job, const QString& path, const JobHandlers& handlers) {
     if (handlers.outcomeReceiver && handlers.ended) {
         const auto ended = handlers.ended;
         QObject::connect(job, &convert::finished, handlers.outcomeReceiver,
-                         [job, ended] { ended(true, job->outcome()); });
+                         [job, ended] { ended(JobSignal::Finished, job->outcome()); });
         QObject::connect(job, &convert::aborted, handlers.outcomeReceiver,
-                         [job, ended] { ended(false, job->outcome()); });
+                         [job, ended] { ended(JobSignal::Aborted, job->outcome()); });
     }
     QObject::connect(job, &convert::finished, job, &QObject::deleteLater);
     QObject::connect(job, &convert::aborted, job, &QObject::deleteLater);

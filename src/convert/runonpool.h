@@ -13,6 +13,9 @@
 class QObject;
 class convert;
 
+// The last signal a job sent.
+enum class JobSignal { Finished, Aborted };
+
 // What the starter of a job wants to hear from it. Each handler runs on
 // the thread of its receiver (queued from the worker) and is disconnected
 // when the receiver is destroyed; a handler without a receiver is not
@@ -21,10 +24,11 @@ struct JobHandlers {
     QObject* progressReceiver = nullptr;
     std::function<void(int value)> progress;
 
-    // Called once, after finished() or aborted(), with what the job came to;
-    // converted tells which of the two signals it was.
+    // Called once, after finished() or aborted(), with which of the two it
+    // was and what the job came to. finished() says only that the job ran
+    // to its end: whether a report was written, outcome.converted() tells.
     QObject* outcomeReceiver = nullptr;
-    std::function<void(bool converted, const ConversionOutcome& outcome)> ended;
+    std::function<void(JobSignal sent, const ConversionOutcome& outcome)> ended;
 
     // Called on the pool thread as the job starts running there: a job that
     // never gets that far is waiting for a thread.

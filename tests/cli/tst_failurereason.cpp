@@ -7,6 +7,8 @@
 #include "cli/failurereason.h"
 #include "convert/conversionoutcome.h"
 
+#include <QMetaEnum>
+#include <QSet>
 #include <QTest>
 
 using Reason = ConversionOutcome::Reason;
@@ -18,6 +20,9 @@ class TestFailureReason : public QObject {
 private slots:
     void reason_data();
     void reason();
+    void everyReasonWorded();
+    void decidedWithoutJob_data();
+    void decidedWithoutJob();
     void warnings_data();
     void warnings();
 };
@@ -43,7 +48,14 @@ void TestFailureReason::reason_data() {
     QTest::newRow("file size limit, older report")
         << Reason::FileSizeLimit << "File too large" << true
         << "report not written (file size limit; the old report was left in place)";
-    QTest::newRow("never ran") << Reason::NotRun << QString() << false << "not converted";
+    QTest::newRow("never ran") << Reason::NotRun << QString() << false
+                               << "not converted (no thread could be started)";
+    QTest::newRow("exception") << Reason::UnexpectedError << QString() << false
+                               << "not converted (unexpected error)";
+    QTest::newRow("exception with words") << Reason::UnexpectedError << "std::bad_cast" << false
+                                          << "not converted (unexpected error: std::bad_cast)";
+    QTest::newRow("report taken") << Reason::ReportTaken << "a.json" << false
+                                  << "same report as a.json";
     QTest::newRow("no folder") << Reason::NoTemporaryFolder << "Permission denied" << false
                                << "report not written: Permission denied";
     QTest::newRow("read-only folder") << Reason::NoTemporaryFolder << "Read-only file system"
@@ -71,6 +83,54 @@ void TestFailureReason::reason() {
     outcome.olderReportKept = olderKept;
     QCOMPARE(failureReason::forOutcome(outcome), expected);
     QCOMPARE(outcome.converted(), expected.isEmpty());
+}
+
+// Every code has its own words and its own key: a reason added later cannot
+// fall through to a sentence that fits another, nor share a key.
+void TestFailureReason::everyReasonWorded() {
+    const QMetaEnum reasons = QMetaEnum::fromType<Reason>();
+    QSet<QString> sentences;
+    QSet<QString> codes;
+    for (int i = 0; i < reasons.keyCount(); ++i) {
+        ConversionOutcome outcome;
+        outcome.fail(Reason(reasons.value(i)));
+        const QString code = failureReason::code(outcome);
+        QCOMPARE(code, QString::fromLatin1(reasons.key(i)));
+        codes.insert(code);
+        if (outcome.converted()) {
+            QVERIFY(failureReason::forOutcome(outcome).isEmpty());
+            continue;
+        }
+        const QString sentence = failureReason::forOutcome(outcome);
+        QVERIFY2(!sentence.isEmpty(), reasons.key(i));
+        sentences.insert(sentence);
+    }
+    QCOMPARE(codes.size(), reasons.keyCount());
+    // The four reasons of a report not written without the system's words
+    // say the same; every other reads differently.
+    QCOMPARE(sentences.size(), reasons.keyCount() - 1 - 3);
+}
+
+void TestFailureReason::decidedWithoutJob_data() {
+    QTest::addColumn<ConversionOutcome>("outcome");
+    QTest::addColumn<QString>("code");
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("working folder gone") << failureReason::workingFolderGone() << "CannotOpen"
+                                         << "cannot be opened: the working folder no longer exists";
+    QTest::newRow("report taken") << failureReason::reportTaken(QStringLiteral("x/a.json"))
+                                  << "ReportTaken"
+                                  << "same report as x/a.json";
+    QTest::newRow("no thread") << failureReason::noThread() << "NotRun"
+                               << "not converted (no thread could be started)";
+}
+
+void TestFailureReason::decidedWithoutJob() {
+    QFETCH(ConversionOutcome, outcome);
+    QFETCH(QString, code);
+    QFETCH(QString, expected);
+    QVERIFY(!outcome.converted());
+    QCOMPARE(failureReason::code(outcome), code);
+    QCOMPARE(failureReason::forOutcome(outcome), expected);
 }
 
 void TestFailureReason::warnings_data() {

@@ -275,32 +275,35 @@ void TestScriptOptions::jsonRecords() {
     const QJsonObject converted{{QStringLiteral("file"), good},
                                 {QStringLiteral("report"), dir.filePath(QStringLiteral("gut.pdf"))},
                                 {QStringLiteral("converted"), true},
+                                {QStringLiteral("code"), QStringLiteral("Converted")},
                                 {QStringLiteral("reason"), QJsonValue::Null},
                                 {QStringLiteral("warnings"), QJsonArray{cutOffWarning}}};
     QCOMPARE(records[0], converted);
-    const auto failed = [](const QString& file, const QString& reason) {
-        return QJsonObject{{QStringLiteral("file"), file},
-                           {QStringLiteral("report"), QJsonValue::Null},
-                           {QStringLiteral("converted"), false},
-                           {QStringLiteral("reason"), reason},
-                           {QStringLiteral("warnings"), QJsonArray()}};
+    const auto failed = [](const QString& file, const QString& code, const QString& reason) {
+        return QJsonObject{
+            {QStringLiteral("file"), file},       {QStringLiteral("report"), QJsonValue::Null},
+            {QStringLiteral("converted"), false}, {QStringLiteral("code"), code},
+            {QStringLiteral("reason"), reason},   {QStringLiteral("warnings"), QJsonArray()}};
     };
-    QCOMPARE(records[1],
-             failed(missing, QStringLiteral("cannot be opened: No such file or directory")));
-    QCOMPARE(records[2], failed(wrongName, QStringLiteral("not a \".json\" file name")));
-    QCOMPARE(records[3], failed(empty, QStringLiteral("empty file")));
+    QCOMPARE(records[1], failed(missing, QStringLiteral("CannotOpen"),
+                                QStringLiteral("cannot be opened: No such file or directory")));
+    QCOMPARE(records[2], failed(wrongName, QStringLiteral("NotJsonName"),
+                                QStringLiteral("not a \".json\" file name")));
+    QCOMPARE(records[3], failed(empty, QStringLiteral("EmptyFile"), QStringLiteral("empty file")));
     // The same file again shares the first one's report: converted, so no
     // reason; the note is a warning.
     QCOMPARE(records[4],
              (QJsonObject{{QStringLiteral("file"), good},
                           {QStringLiteral("report"), dir.filePath(QStringLiteral("gut.pdf"))},
                           {QStringLiteral("converted"), true},
+                          {QStringLiteral("code"), QStringLiteral("Converted")},
                           {QStringLiteral("reason"), QJsonValue::Null},
                           {QStringLiteral("warnings"),
                            QJsonArray{QStringLiteral("same report as ") + good}}}));
     // Keys in this order, one object a line.
     QVERIFY(run.out.startsWith("{\"file\": "));
-    QVERIFY(run.out.contains(", \"report\": \"") && run.out.contains(", \"converted\": true, "));
+    QVERIFY(run.out.contains(", \"report\": \"") &&
+            run.out.contains(", \"converted\": true, \"code\": \"Converted\", \"reason\": "));
 }
 
 void TestScriptOptions::failedFileGivenTwice_data() {
@@ -337,6 +340,7 @@ void TestScriptOptions::failedFileGivenTwice() {
     QCOMPARE(records[1], (QJsonObject{{QStringLiteral("file"), QStringLiteral("link/d.json")},
                                       {QStringLiteral("report"), QJsonValue::Null},
                                       {QStringLiteral("converted"), false},
+                                      {QStringLiteral("code"), QStringLiteral("EmptyFile")},
                                       {QStringLiteral("reason"), QStringLiteral("empty file")},
                                       {QStringLiteral("warnings"),
                                        QJsonArray{QStringLiteral("same report as d.json")}}}));

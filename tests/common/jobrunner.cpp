@@ -36,8 +36,8 @@ JobOutcome runJob(const QString& path, int timeoutMs) {
     handlers.progressReceiver = &loop;
     handlers.progress = [&outcome](int value) { outcome.progress.append(value); };
     handlers.outcomeReceiver = &loop;
-    handlers.ended = [&](bool converted, const ConversionOutcome& recorded) {
-        ++(converted ? outcome.finishedCount : outcome.abortedCount);
+    handlers.ended = [&](JobSignal sent, const ConversionOutcome& recorded) {
+        ++(sent == JobSignal::Finished ? outcome.finishedCount : outcome.abortedCount);
         outcome.recorded = recorded;
         loop.quit();
     };

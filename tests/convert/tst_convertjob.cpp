@@ -357,8 +357,8 @@ void TestConvertJob::twoJobsAtOnce() {
         handlers.progressReceiver = &loop;
         handlers.progress = [&progress](int v) { progress.append(v); };
         handlers.outcomeReceiver = &loop;
-        handlers.ended = [&](bool converted, const ConversionOutcome&) {
-            if (converted && ++ended == 2)
+        handlers.ended = [&](JobSignal sent, const ConversionOutcome&) {
+            if (sent == JobSignal::Finished && ++ended == 2)
                 loop.quit();
         };
         runOnPool(new convert, path, handlers);
@@ -454,9 +454,10 @@ void TestConvertJob::runOnPoolOrder() {
             events << QString::number(value);
     };
     handlers.outcomeReceiver = &loop;
-    handlers.ended = [&](bool converted, const ConversionOutcome& outcome) {
+    handlers.ended = [&](JobSignal sent, const ConversionOutcome& outcome) {
         QVERIFY(!alive.isNull());
-        events << (converted ? QStringLiteral("finished") : QStringLiteral("aborted"));
+        events << (sent == JobSignal::Finished ? QStringLiteral("finished")
+                                               : QStringLiteral("aborted"));
         QCOMPARE(outcome.reason, Reason::Converted);
         loop.quit();
     };
@@ -483,7 +484,7 @@ void TestConvertJob::runOnPoolReceiverGone() {
         handlers.progressReceiver = &receiver;
         handlers.progress = [&calls](int) { ++calls; };
         handlers.outcomeReceiver = &receiver;
-        handlers.ended = [&calls](bool, const ConversionOutcome&) { ++calls; };
+        handlers.ended = [&calls](JobSignal, const ConversionOutcome&) { ++calls; };
         runOnPool(job, path, handlers);
     }
     QTRY_VERIFY_WITH_TIMEOUT(alive.isNull(), 60000);

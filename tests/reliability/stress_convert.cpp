@@ -96,8 +96,8 @@ int convertAll(const QStringList& files) {
         });
         JobHandlers handlers;
         handlers.outcomeReceiver = &loop;
-        handlers.ended = [&finished](bool converted, const ConversionOutcome&) {
-            finished += converted ? 1 : 0;
+        handlers.ended = [&finished](JobSignal sent, const ConversionOutcome&) {
+            finished += sent == JobSignal::Finished ? 1 : 0;
         };
         runOnPool(job, file, handlers);
     }

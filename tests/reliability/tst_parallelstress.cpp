@@ -81,8 +81,8 @@ void TestParallelStress::twoHundredJobsAtOnce() {
         handlers.progressReceiver = &loop;
         handlers.progress = [&progress, i](int value) { progress[i].append(value); };
         handlers.outcomeReceiver = &loop;
-        handlers.ended = [&](bool converted, const ConversionOutcome&) {
-            ++(converted ? finished : aborted);
+        handlers.ended = [&](JobSignal sent, const ConversionOutcome&) {
+            ++(sent == JobSignal::Finished ? finished : aborted);
         };
         runOnPool(job, files[i], handlers);
     }
