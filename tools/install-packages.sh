@@ -13,7 +13,7 @@ run_packages=(cmake ninja-build g++ pkg-config qtbase5-dev qtbase5-dev-tools fon
     fonts-wqy-microhei qttranslations5-l10n qttools5-dev qttools5-dev-tools)
 test_packages=(libpoppler-qt5-dev poppler-utils xvfb xdotool imagemagick x11-utils python3-fonttools
     fonts-dejavu-extra fontconfig desktop-file-utils appstream groff-base man-db lintian strace
-    clang-format python3-pikepdf qpdf)
+    clang-format python3-pikepdf qpdf locales)
 package_packages=(dpkg-dev file)
 fuzz_packages=(clang libclang-rt-14-dev)
 # Cross-building for Windows (Qt from Debian's source package), the
@@ -33,16 +33,29 @@ windows) wanted=("${run_packages[@]}" "${windows_packages[@]}") ;;
     ;;
 esac
 
+# The tests of a locale that is not UTF-8 need one made (as root, once).
+make_test_locale() {
+    locale -a | grep -qx fr_FR.iso88591 && return 0
+    local sudo=()
+    [ "$(id -u)" -ne 0 ] && sudo=(sudo)
+    "${sudo[@]}" localedef -i fr_FR -f ISO-8859-1 fr_FR.ISO-8859-1
+}
+
 missing=()
 for package in "${wanted[@]}"; do
     if ! dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q "install ok installed"; then
         missing+=("$package")
     fi
 done
-[ ${#missing[@]} -eq 0 ] && exit 0
+if [ ${#missing[@]} -eq 0 ]; then
+    [ "$1" = test ] && make_test_locale
+    exit 0
+fi
 
 echo "Installing: ${missing[*]}"
 sudo=()
 [ "$(id -u)" -ne 0 ] && sudo=(sudo)
 "${sudo[@]}" apt-get update -qq
 DEBIAN_FRONTEND=noninteractive "${sudo[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}"
+[ "$1" = test ] && make_test_locale
+exit 0

@@ -3,6 +3,10 @@
 
 #include "files/filenamecodec.h"
 
+#include "files/localenamecodec.h"
+
+#include <langinfo.h>
+
 namespace {
 
 constexpr ushort escapeBase = 0xDC00;
@@ -76,13 +80,19 @@ int FileNameCodec::mibEnum() const {
 }
 
 void FileNameCodec::useForLocale() {
-    // A single-byte locale such as ISO 8859-1 keeps every byte already; only
-    // UTF-8 and ASCII (Qt's codec in the C locale) would garble a name.
-    const QByteArray current = QTextCodec::codecForLocale()->name();
-    if (current != "UTF-8" && current != "US-ASCII" && !current.startsWith("ANSI_X3.4"))
-        return;
+    // The C library's word, not Qt's: Qt 5.15 built with ICU names UTF-8
+    // whatever the locale. In the C locale (ASCII) names are taken as UTF-8,
+    // as nearly every system's names are; any other set is the locale's own,
+    // kept byte for byte the same way.
+    const QByteArray codeset(nl_langinfo(CODESET));
     // QTextCodec keeps every codec it constructs until the process ends.
-    static FileNameCodec* const codec = new FileNameCodec;
+    if (codeset == "UTF-8" || codeset == "ANSI_X3.4-1968" || codeset == "US-ASCII" ||
+        !LocaleNameCodec::supports(codeset)) {
+        static FileNameCodec* const codec = new FileNameCodec;
+        QTextCodec::setCodecForLocale(codec);
+        return;
+    }
+    static LocaleNameCodec* const codec = new LocaleNameCodec(codeset);
     QTextCodec::setCodecForLocale(codec);
 }
 

@@ -19,9 +19,10 @@ public:
     QByteArray name() const override;
     int mibEnum() const override;
 
-    // Installs the codec as the locale's codec when the locale's own is UTF-8
-    // or ASCII (C and POSIX); a single-byte locale such as ISO 8859-1 already
-    // keeps every byte and is left alone. Call once, early in main().
+    // Installs the codec as the locale's codec when the locale's character
+    // set is UTF-8 or ASCII (C and POSIX); any other set gets a
+    // LocaleNameCodec that keeps bytes the same way. Call once, early in
+    // main(), after the application object has set the locale.
     static void useForLocale();
 
 protected:
