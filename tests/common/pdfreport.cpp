@@ -56,6 +56,15 @@ QSizeF PdfReport::pageSizePoints(int page) const {
 }
 
 QVector<PdfTextLine> PdfReport::lines(int page) const {
+    const auto read = linesRead.constFind(page);
+    if (read != linesRead.constEnd())
+        return *read;
+    const QVector<PdfTextLine> result = readLines(page);
+    linesRead.insert(page, result);
+    return result;
+}
+
+QVector<PdfTextLine> PdfReport::readLines(int page) const {
     QVector<PdfTextLine> result;
     if (page < 0 || page >= pageCount())
         return result;

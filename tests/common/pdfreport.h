@@ -4,6 +4,7 @@
 #ifndef BREVIO_TESTS_PDFREPORT_H
 #define BREVIO_TESTS_PDFREPORT_H
 
+#include <QHash>
 #include <QImage>
 #include <QRect>
 #include <QRectF>
@@ -70,7 +71,12 @@ public:
     static constexpr double dpi = 1200.0;
 
 private:
+    QVector<PdfTextLine> readLines(int page) const;
+
     std::unique_ptr<Poppler::Document> document;
+    // Each page's lines, read once: poppler lays out a page's text anew on
+    // every call, and the checks of a long report ask for it many times.
+    mutable QHash<int, QVector<PdfTextLine>> linesRead;
 };
 
 #endif
