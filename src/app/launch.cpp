@@ -5,7 +5,6 @@
 
 #include "app/desktopplatform.h"
 
-#include "app/mainwindow.h"
 #include "convert/bootstrap.h"
 #include "files/filepaths.h"
 
@@ -19,7 +18,6 @@
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QSet>
-#include <QTimer>
 #include <QTranslator>
 
 #include <cstdio>
@@ -305,12 +303,6 @@ Request parse(const QStringList& arguments, const QString& currentDir) {
 QString workingFolderGone(const QString& name) {
     return QStringLiteral("brevio: %1: cannot be opened: the working folder no longer exists")
         .arg(name);
-}
-
-void openWhenShown(MainWindow& window, const QStringList& files) {
-    if (files.isEmpty())
-        return;
-    QTimer::singleShot(0, &window, [&window, files] { window.addListWidgetItems(files); });
 }
 
 } // namespace launch

@@ -9,8 +9,6 @@
 #include <QString>
 #include <QStringList>
 
-class MainWindow;
-
 // The window's command line: "brevio [FILE...]", plus --help, --help-all,
 // --version and --new-window.
 namespace launch {
@@ -84,11 +82,6 @@ bool useLanguage(const QString& language);
 // or "..", which only the system can do right across symbolic links (a
 // drop hands the window absolute paths).
 Request parse(const QStringList& arguments, const QString& currentDir);
-
-// Adds the files in order through the same path a drop takes, once the
-// event loop runs, so that the window is on screen and a refusal ("Fehler")
-// appears over it.
-void openWhenShown(MainWindow& window, const QStringList& files);
 
 } // namespace launch
 

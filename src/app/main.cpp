@@ -60,6 +60,6 @@ int main(int argc, char* argv[]) {
     MainWindow window;
     oneWindow.serve(window);
     window.show();
-    launch::openWhenShown(window, request.files);
+    window.openWhenShown(request.files);
     return app.exec();
 }

@@ -3,7 +3,6 @@
 
 #include "app/onewindow.h"
 
-#include "app/launch.h"
 #include "app/localendpoint.h"
 #include "app/mainwindow.h"
 #include "files/pathsyntax.h"
@@ -243,5 +242,5 @@ void OneWindow::receive(const QStringList& files) {
     window->activateWindow();
     // The same way as files on the command line: after this handler, one
     // by one, each refused or taken by the list's own rules.
-    launch::openWhenShown(*window, files);
+    window->openWhenShown(files);
 }

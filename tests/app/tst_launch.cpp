@@ -127,7 +127,7 @@ void TestLaunch::filesOpenInOrderOnceShown() {
         windowShownUnderBox = window.isVisible();
         clickMessageBoxOk(box);
     });
-    launch::openWhenShown(window, request.files);
+    window.openWhenShown(request.files);
     // Nothing is taken before the event loop runs.
     QCOMPARE(rowPaths(window), QStringList());
 
@@ -150,7 +150,7 @@ void TestLaunch::noFilesNoRows() {
     const launch::Request request =
         launch::parse({QStringLiteral("brevio")}, QStringLiteral("/srv"));
     QCOMPARE(request.exitStatus, launch::startWindow);
-    launch::openWhenShown(window, request.files);
+    window.openWhenShown(request.files);
     QTest::qWait(50);
     QCOMPARE(rowPaths(window), QStringList());
     QCOMPARE(unexpected.count(), 0);
