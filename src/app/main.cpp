@@ -41,7 +41,11 @@ int main(int argc, char* argv[]) {
             std::fprintf(stderr, "%s\n", qPrintable(launch::workingFolderGone(name)));
         return 1;
     }
-    launch::useLanguage(request.language);
+    if (!launch::useLanguage(request.language)) {
+        std::fprintf(stderr, "brevio: the window's texts in \"%s\" cannot be loaded\n",
+                     qPrintable(request.language));
+        return 1;
+    }
     // A window of this user on this display, in this language, takes the
     // files into its list.
     OneWindow oneWindow(oneWindow::endpointFor(request.language));
