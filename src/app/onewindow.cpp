@@ -7,11 +7,13 @@
 #include "app/mainwindow.h"
 #include "files/pathsyntax.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QGuiApplication>
 #include <QLocalServer>
 #include <QLocalSocket>
+#include <QThread>
 #include <QTimer>
 
 #include <memory>
@@ -142,7 +144,9 @@ OneWindow::OneWindow() : OneWindow(oneWindow::endpointFor(QStringLiteral("de")))
 
 OneWindow::OneWindow(const QString& socketPath) : path(socketPath) {}
 
-OneWindow::~OneWindow() = default;
+OneWindow::~OneWindow() {
+    stopServing();
+}
 
 bool OneWindow::lock() {
     if (path.isEmpty())
@@ -183,23 +187,56 @@ bool OneWindow::serve(MainWindow& target) {
     window = &target;
     if (!lock())
         return false;
-    server = new QLocalServer(this);
+    listening = std::make_unique<QThread>();
+    listener = new QObject;
+    listener->moveToThread(listening.get());
+    // Deleted on its own thread as that ends, and the server and its
+    // connections with it.
+    connect(listening.get(), &QThread::finished, listener, &QObject::deleteLater);
+    listening->start();
+    bool listens = false;
+    QMetaObject::invokeMethod(
+        listener, [this, &listens] { listens = listen(); }, Qt::BlockingQueuedConnection);
+    socketLock->unlock();
+    if (!listens) {
+        stopServing();
+        return false;
+    }
+    // A window that is closing answers no more starts: an answer would
+    // promise a list that is about to go.
+    if (QCoreApplication::instance())
+        connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this,
+                &OneWindow::stopServing);
+    return true;
+}
+
+void OneWindow::stopServing() {
+    if (!listening)
+        return;
+    listening->quit();
+    listening->wait();
+    listening.reset();
+    listener = nullptr;
+    server = nullptr;
+}
+
+bool OneWindow::listen() {
+    server = new QLocalServer(listener);
     localEndpoint::prepare(*server);
-    bool listening = server->listen(path);
-    if (!listening && server->serverError() == QAbstractSocket::AddressInUseError) {
+    bool listens = server->listen(path);
+    if (!listens && server->serverError() == QAbstractSocket::AddressInUseError) {
         QLocalSocket probe;
         probe.connectToServer(path);
         if (!probe.waitForConnected(1000)) {
             // Nobody answers: the window that made it was killed.
             QLocalServer::removeServer(path);
-            listening = server->listen(path);
+            listens = server->listen(path);
         }
     }
-    socketLock->unlock();
-    if (!listening)
+    if (!listens)
         return false;
     localEndpoint::restrict(*server);
-    connect(server, &QLocalServer::newConnection, this, [this] {
+    connect(server, &QLocalServer::newConnection, listener, [this] {
         while (QLocalSocket* socket = server->nextPendingConnection())
             accept(socket);
     });
@@ -216,7 +253,7 @@ void OneWindow::accept(QLocalSocket* socket) {
     // A sender that never finishes is not waited for.
     QTimer::singleShot(oneWindow::receiveTimeoutMs, socket, [socket] { socket->abort(); });
     auto buffer = std::make_shared<QByteArray>();
-    connect(socket, &QLocalSocket::readyRead, this, [this, socket, buffer] {
+    connect(socket, &QLocalSocket::readyRead, socket, [this, socket, buffer] {
         // Never more than one byte beyond the limit is held.
         buffer->append(socket->read(oneWindow::maxMessageBytes + 1 - buffer->size()));
         const oneWindow::Received received = oneWindow::decode(*buffer);
@@ -226,10 +263,13 @@ void OneWindow::accept(QLocalSocket* socket) {
             socket->abort();
             return;
         }
+        // The answer goes out before anything is listed, from this thread,
+        // however busy the window's own is.
         socket->write(oneWindow::answerTaken);
         socket->flush();
         socket->disconnectFromServer();
-        receive(received.files);
+        QMetaObject::invokeMethod(
+            this, [this, files = received.files] { receive(files); }, Qt::QueuedConnection);
     });
 }
 

@@ -7,6 +7,7 @@
 #include <QByteArray>
 #include <QLockFile>
 #include <QObject>
+#include <QPointer>
 #include <QString>
 #include <QStringList>
 
@@ -15,6 +16,21 @@
 class MainWindow;
 class QLocalServer;
 class QLocalSocket;
+class QThread;
+
+namespace oneWindow {
+
+// What one message may hold; a start with more files sends several.
+constexpr int maxMessageBytes = 1 << 20;
+constexpr int maxFiles = 1000;
+// PATH_MAX: no longer name can be opened.
+constexpr int maxPathBytes = 4096;
+// How long a window waits for a whole message, and a start for the answer
+// (which a window gives at once, busy or not).
+constexpr int receiveTimeoutMs = 5000;
+constexpr int answerTimeoutMs = 10000;
+
+} // namespace oneWindow
 
 // One window per user and display: "brevio FILE..." started while a window
 // runs hands its files to that window, which lists them as if they had been
@@ -23,6 +39,10 @@ class QLocalSocket;
 // display, or another user's, is never reached. Whatever arrives is taken
 // for what it is, bytes from another process: only a bounded list of
 // absolute paths is accepted, and each then meets the list's own rules.
+//
+// The window answers a message as soon as it has it whole, from a thread of
+// its own, and lists the files afterwards on the window's thread: a window
+// busy with a long listing still answers at once.
 class OneWindow : public QObject {
     Q_OBJECT
 
@@ -53,32 +73,34 @@ public:
 
     QString socketPath() const { return path; }
 
-    // Received files are passed on here (to the window's list by default).
+    // Received files are passed on here (to the window's list by default),
+    // on the window's thread, after the start has had its answer.
     void receive(const QStringList& files);
 
 signals:
     void filesReceived(const QStringList& files);
 
 private:
-    void accept(QLocalSocket* socket);
+    // No more starts are answered and the socket is gone, so the next start
+    // opens a window of its own: for a window that is closing, whose list
+    // is about to go.
+    void stopServing();
     bool lock();
+    // These run on the listening thread.
+    bool listen();
+    void accept(QLocalSocket* socket);
 
     QString path;
     std::unique_ptr<QLockFile> socketLock;
+    // The thread that takes the connections and answers them; listener
+    // lives in it and owns the server, which owns the connections.
+    std::unique_ptr<QThread> listening;
+    QObject* listener = nullptr;
     QLocalServer* server = nullptr;
-    MainWindow* window = nullptr;
+    QPointer<MainWindow> window;
 };
 
 namespace oneWindow {
-
-// What one message may hold; a start with more files sends several.
-constexpr int maxMessageBytes = 1 << 20;
-constexpr int maxFiles = 1000;
-// PATH_MAX: no longer name can be opened.
-constexpr int maxPathBytes = 4096;
-// How long a window waits for a whole message, and a start for the answer.
-constexpr int receiveTimeoutMs = 5000;
-constexpr int answerTimeoutMs = 10000;
 
 // The endpoint of windows in language ("de", "en") for this user here:
 // a start in another language than the running window's opens a window of

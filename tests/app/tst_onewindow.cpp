@@ -8,6 +8,7 @@
 #include "files/filenamecodec.h"
 #include "windowtest.h"
 
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QListWidget>
@@ -15,6 +16,7 @@
 #include <QLocalSocket>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QThread>
 #include <QtConcurrent>
 
 #include <sys/socket.h>
@@ -54,6 +56,23 @@ QFuture<OneWindow::HandOver> handOverFromAnotherStart(const QString& socket,
     return QtConcurrent::run([socket, files] { return OneWindow(socket).handOver(files); });
 }
 
+struct Sent {
+    OneWindow::HandOver handed = OneWindow::HandOver::NoWindow;
+    // How long the start waited, from its first try to the verdict.
+    qint64 ms = -1;
+};
+
+QFuture<Sent> timedHandOver(const QString& socket, const QStringList& files) {
+    return QtConcurrent::run([socket, files] {
+        QElapsedTimer clock;
+        clock.start();
+        Sent sent;
+        sent.handed = OneWindow(socket).handOver(files);
+        sent.ms = clock.elapsed();
+        return sent;
+    });
+}
+
 } // namespace
 
 class TestOneWindow : public QObject {
@@ -77,6 +96,8 @@ private slots:
     void secondWindowDoesNotServe();
     void badMessagesAddNothing_data();
     void badMessagesAddNothing();
+    void busyWindowAnswersAtOnce_data();
+    void busyWindowAnswersAtOnce();
 
 private:
     QTemporaryDir folder;
@@ -347,6 +368,64 @@ void TestOneWindow::badMessagesAddNothing() {
     QTest::qWait(50);
     QCOMPARE(received, QList<QStringList>());
     QCOMPARE(rowPaths(window), QStringList());
+}
+
+void TestOneWindow::busyWindowAnswersAtOnce_data() {
+    // Files waiting to be listed before the start's file, and whether the
+    // window's thread is held without an event loop meanwhile.
+    QTest::addColumn<int>("waiting");
+    QTest::addColumn<bool>("held");
+    QTest::newRow("held, no event loop") << 0 << true;
+    QTest::newRow("listing 2,000 files") << 2000 << false;
+}
+
+void TestOneWindow::busyWindowAnswersAtOnce() {
+    // A window busy listing an earlier batch, or held up altogether, still
+    // answers a later start within a second; the start's files are listed
+    // once the window gets to them, after what was waiting, exactly once.
+    QFETCH(int, waiting);
+    QFETCH(bool, held);
+    const QString socket = folder.path() + QStringLiteral("/busy-%1").arg(waiting);
+    MainWindow window;
+    window.show();
+    OneWindow server(socket);
+    QVERIFY(server.serve(window));
+    int handOvers = 0;
+    connect(&server, &OneWindow::filesReceived, this, [&handOvers] { ++handOvers; });
+    ModalAnswerer unexpected;
+
+    QStringList expected;
+    QStringList earlier;
+    for (int i = 0; i < waiting; ++i) {
+        earlier.append(QStringLiteral("/srv/many/%1.json").arg(i));
+        expected.append(QStringLiteral("/srv/many/%1.pdf").arg(i));
+    }
+    window.addListWidgetItems(earlier);
+    expected.append(QStringLiteral("/srv/late.pdf"));
+
+    // Far longer than any answer takes, even on a loaded machine.
+    constexpr int busyMs = 5000;
+    QFuture<Sent> sent = timedHandOver(socket, {QStringLiteral("/srv/late.json")});
+    if (held) {
+        // The window's thread does nothing else meanwhile: no event loop.
+        QElapsedTimer clock;
+        clock.start();
+        while (!sent.isFinished() && clock.elapsed() < busyMs)
+            QThread::msleep(10);
+        QVERIFY2(sent.isFinished(), "no answer while the window was held");
+        // Answered on receipt, before anything was listed.
+        QCOMPARE(rowPaths(window), QStringList());
+    } else {
+        QTRY_VERIFY_WITH_TIMEOUT(sent.isFinished(), busyMs);
+    }
+    QCOMPARE(int(sent.result().handed), int(OneWindow::HandOver::Taken));
+    QVERIFY2(sent.result().ms < 1000, qPrintable(QString::number(sent.result().ms)));
+
+    QTRY_COMPARE_WITH_TIMEOUT(listOf(window)->count(), expected.size(), 60000);
+    QTest::qWait(100);
+    QCOMPARE(rowPaths(window), expected);
+    QCOMPARE(handOvers, 1);
+    QCOMPARE(unexpected.count(), 0);
 }
 
 QTEST_MAIN(TestOneWindow)
