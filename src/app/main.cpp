@@ -53,10 +53,12 @@ int main(int argc, char* argv[]) {
         const OneWindow::HandOver handed = oneWindow.handOver(request.files);
         if (handed == OneWindow::HandOver::Taken)
             return 0;
-        if (handed == OneWindow::HandOver::Failed) {
-            std::fputs("brevio: the open window did not take the files; "
-                       "brevio --new-window opens another\n",
-                       stderr);
+        // Only files the window certainly did not take are said to be
+        // not taken; a window that may still take them is not blamed.
+        if (handed != OneWindow::HandOver::NoWindow) {
+            std::fprintf(stderr, "%s\n",
+                         qPrintable(oneWindow::notHandedOver(handed, oneWindow.filesTaken(),
+                                                             request.files.size())));
             return 1;
         }
     }

@@ -8,6 +8,7 @@
 #include "files/pathsyntax.h"
 
 #include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
 #include <QGuiApplication>
@@ -74,6 +75,25 @@ QByteArray encode(const QStringList& files) {
     return message;
 }
 
+QString notHandedOver(OneWindow::HandOver handed, int taken, int files) {
+    if (handed == OneWindow::HandOver::Unanswered) {
+        if (taken == 0)
+            return QStringLiteral("brevio: the open window has not answered; it may still list "
+                                  "the files once it is free");
+        return QStringLiteral("brevio: the open window took the first %1 of %2 files and has "
+                              "not answered for the others; it may still list them once it is "
+                              "free")
+            .arg(taken)
+            .arg(files);
+    }
+    if (taken == 0)
+        return QStringLiteral("brevio: the open window did not take the files; "
+                              "brevio --new-window opens another");
+    return QStringLiteral("brevio: the open window took the first %1 of %2 files, not the others")
+        .arg(taken)
+        .arg(files);
+}
+
 QList<QStringList> batches(const QStringList& files) {
     QList<QStringList> result;
     QStringList batch;
@@ -138,11 +158,52 @@ Received decode(const QByteArray& message) {
 
 } // namespace oneWindow
 
-namespace {} // namespace
+namespace {
+
+// One message to the window at path, and what became of it.
+OneWindow::HandOver sendMessage(const QString& path, const QStringList& files,
+                                int answerTimeoutMs) {
+    using HandOver = OneWindow::HandOver;
+    QLocalSocket socket;
+    socket.connectToServer(path);
+    if (!socket.waitForConnected(1000))
+        return HandOver::NoWindow;
+    // The folder is private, but the other end is asked all the same.
+    if (!localEndpoint::peerIsThisUser(socket.socketDescriptor()))
+        return HandOver::NotTaken;
+    socket.write(oneWindow::encode(files));
+    QByteArray answer;
+    const QDeadlineTimer deadline(answerTimeoutMs);
+    while (!answer.endsWith('\n') && socket.waitForReadyRead(int(deadline.remainingTime())))
+        answer += socket.readAll();
+    answer += socket.readAll();
+    // The window takes the files exactly when it answers; one that hung up
+    // without an answer (a message it refused, or one it waited too long
+    // for) took nothing.
+    if (answer.endsWith('\n') || socket.state() != QLocalSocket::ConnectedState)
+        return answer == oneWindow::answerTaken ? HandOver::Taken : HandOver::NotTaken;
+    // No answer in time. The end mark goes last: while part of the message
+    // is still here, the window cannot have it whole.
+    if (socket.bytesToWrite() > 0)
+        return HandOver::NotTaken;
+    // The window may be stopped (Ctrl+Z in its terminal) or starved; it
+    // would answer and list the files whenever it runs again. Refused from
+    // here on, that answer fails at the window, which then keeps nothing;
+    // an answer that came before the refusal is read and counts.
+    if (!localEndpoint::refuseLateAnswers(socket))
+        return HandOver::Unanswered;
+    while (!answer.endsWith('\n') && socket.waitForReadyRead(1000))
+        answer += socket.readAll();
+    answer += socket.readAll();
+    return answer == oneWindow::answerTaken ? HandOver::Taken : HandOver::NotTaken;
+}
+
+} // namespace
 
 OneWindow::OneWindow() : OneWindow(oneWindow::endpointFor(QStringLiteral("de"))) {}
 
-OneWindow::OneWindow(const QString& socketPath) : path(socketPath) {}
+OneWindow::OneWindow(const QString& socketPath, int answerTimeoutMs)
+    : path(socketPath), answerTimeoutMs(answerTimeoutMs) {}
 
 OneWindow::~OneWindow() {
     stopServing();
@@ -160,24 +221,19 @@ bool OneWindow::lock() {
 }
 
 OneWindow::HandOver OneWindow::handOver(const QStringList& files) {
+    taken = 0;
     if (!lock())
         return HandOver::NoWindow;
     bool first = true;
     for (const QStringList& batch : oneWindow::batches(files)) {
-        QLocalSocket socket;
-        socket.connectToServer(path);
-        if (!socket.waitForConnected(1000))
-            return first ? HandOver::NoWindow : HandOver::Failed;
+        HandOver handed = sendMessage(path, batch, answerTimeoutMs);
+        // Gone between two messages: the earlier ones are in its list.
+        if (handed == HandOver::NoWindow && !first)
+            handed = HandOver::NotTaken;
+        if (handed != HandOver::Taken)
+            return handed;
         first = false;
-        // The folder is private, but the other end is asked all the same.
-        if (!localEndpoint::peerIsThisUser(socket.socketDescriptor()))
-            return HandOver::Failed;
-        socket.write(oneWindow::encode(batch));
-        QByteArray answer;
-        while (!answer.endsWith('\n') && socket.waitForReadyRead(oneWindow::answerTimeoutMs))
-            answer += socket.readAll();
-        if (answer != oneWindow::answerTaken)
-            return HandOver::Failed;
+        taken += batch.size();
     }
     socketLock->unlock();
     return HandOver::Taken;
@@ -265,9 +321,12 @@ void OneWindow::accept(QLocalSocket* socket) {
         }
         // The answer goes out before anything is listed, from this thread,
         // however busy the window's own is.
-        socket->write(oneWindow::answerTaken);
-        socket->flush();
+        const bool answered = localEndpoint::answer(*socket, oneWindow::answerTaken);
         socket->disconnectFromServer();
+        // Refused: the start stopped waiting and has said that the window
+        // did not take the files, so it does not.
+        if (!answered)
+            return;
         QMetaObject::invokeMethod(
             this, [this, files = received.files] { receive(files); }, Qt::QueuedConnection);
     });
