@@ -84,7 +84,7 @@ int listRows(int argc, char* argv[], int rows) {
             app.quit();
     });
     tick.start();
-    launch::openWhenShown(window, files);
+    window.openWhenShown(files);
     app.exec();
     tick.stop();
     // Laid out and drawn once with every row, as the screen would show it.

@@ -5,7 +5,6 @@
 
 #include "app/desktopplatform.h"
 
-#include "app/mainwindow.h"
 #include "convert/bootstrap.h"
 #include "files/filepaths.h"
 
@@ -19,7 +18,6 @@
 #include <QLibraryInfo>
 #include <QLocale>
 #include <QSet>
-#include <QTimer>
 #include <QTranslator>
 
 #include <cstdio>
@@ -130,44 +128,11 @@ int answer(Parser& parser, bool parsed) {
         bootstrap::printVersion(programName());
         return exitOk;
     }
-    const QString language = parser.parser.value(parser.language);
-    if (!bootstrap::isLanguage(language))
-        return usageError(parser,
-                          QStringLiteral("--language needs de or en, not \"%1\"").arg(language));
     return startWindow;
 }
 
-} // namespace
-
-int answerWithoutDisplay(int argc, char* argv[]) {
-    QStringList arguments;
-    for (int i = 0; i < argc; ++i)
-        arguments.append(QString::fromLocal8Bit(argv[i]));
-
-    Parser parser;
-    bool parsed = parser.parser.parse(arguments);
-    if (!parsed) {
-        // QApplication takes its own options out; whether they are right is
-        // its business. The parser goes on past unknown options, so --help
-        // and --version after them are still seen.
-        const QStringList unknown = parser.parser.unknownOptionNames();
-        parsed = !unknown.isEmpty();
-        for (const QString& name : unknown)
-            parsed = parsed && toolkitOptionNames().contains(name);
-    }
-    if (parsed && parser.parser.isSet(QStringLiteral("help-all")))
-        return answerHelpAll(argc, argv);
-    if (parsed && !parser.parser.isSet(parser.help) && !parser.parser.isSet(parser.version)) {
-        if (displayNamed(argc, argv))
-            return startWindow;
-        return noDisplay();
-    }
-    // Only for the program name in the help text; no platform plugin is
-    // loaded by a core application.
-    QCoreApplication core(argc, argv);
-    return answer(parser, parsed);
-}
-
+// Whether the window system the platform plugin would load can be reached
+// at all: no DISPLAY for X11, no Wayland socket. Qt itself would abort.
 bool displayNamed(int argc, char* argv[]) {
     // The plugin QGuiApplication would load: the last -platform wins over
     // QT_QPA_PLATFORM, which wins over the build's default (xcb on Linux,
@@ -203,6 +168,37 @@ bool displayNamed(int argc, char* argv[]) {
         }
     }
     return false;
+}
+
+} // namespace
+
+int answerWithoutDisplay(int argc, char* argv[]) {
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments.append(QString::fromLocal8Bit(argv[i]));
+
+    Parser parser;
+    bool parsed = parser.parser.parse(arguments);
+    if (!parsed) {
+        // QApplication takes its own options out; whether they are right is
+        // its business. The parser goes on past unknown options, so --help
+        // and --version after them are still seen.
+        const QStringList unknown = parser.parser.unknownOptionNames();
+        parsed = !unknown.isEmpty();
+        for (const QString& name : unknown)
+            parsed = parsed && toolkitOptionNames().contains(name);
+    }
+    if (parsed && parser.parser.isSet(QStringLiteral("help-all")))
+        return answerHelpAll(argc, argv);
+    if (parsed && !parser.parser.isSet(parser.help) && !parser.parser.isSet(parser.version)) {
+        if (displayNamed(argc, argv))
+            return startWindow;
+        return noDisplay();
+    }
+    // Only for the program name in the help text; no platform plugin is
+    // loaded by a core application.
+    QCoreApplication core(argc, argv);
+    return answer(parser, parsed);
 }
 
 namespace {
@@ -242,9 +238,9 @@ void enableHighDpi() {
     QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs, desktopPlatform::toolkitDialogs());
 }
 
-// Qt's own German, for as long as the window speaks German.
-QTranslator* toolkitTranslation = nullptr;
+namespace {
 
+// Qt's own German translation (qtbase_de.qm). Returns whether it was found.
 bool loadToolkitTranslation() {
     auto* translator = new QTranslator(QCoreApplication::instance());
     // The system's Qt has it among its translations; a program that brings
@@ -256,23 +252,23 @@ bool loadToolkitTranslation() {
         delete translator;
         return false;
     }
-    toolkitTranslation = translator;
     return QCoreApplication::installTranslator(translator);
 }
 
+} // namespace
+
 bool useLanguage(const QString& language) {
-    // In English, Qt's dialogs and menus speak their own English.
-    if (language != QLatin1String("de") && toolkitTranslation != nullptr) {
-        QCoreApplication::removeTranslator(toolkitTranslation);
-        delete toolkitTranslation;
-        toolkitTranslation = nullptr;
-    }
-    return bootstrap::useLanguage(language);
+    if (!bootstrap::useLanguage(language))
+        return false;
+    // Without Qt's German (a system without Qt's translations) the window
+    // still speaks German; only Qt's own dialog texts stay in English.
+    if (language == QLatin1String("de"))
+        loadToolkitTranslation();
+    return true;
 }
 
 void describeApplication() {
     bootstrap::initApplication(programName());
-    loadToolkitTranslation();
     const QString style = desktopPlatform::styleName();
     if (!style.isEmpty())
         QApplication::setStyle(style);
@@ -290,8 +286,13 @@ Request parse(const QStringList& arguments, const QString& currentDir) {
     request.exitStatus = answer(parser, parser.parser.parse(arguments));
     if (request.exitStatus != startWindow)
         return request;
-    request.newWindow = parser.parser.isSet(parser.newWindow);
     request.language = parser.parser.value(parser.language);
+    if (!bootstrap::isLanguage(request.language)) {
+        request.exitStatus = usageError(
+            parser, QStringLiteral("--language needs de or en, not \"%1\"").arg(request.language));
+        return request;
+    }
+    request.newWindow = parser.parser.isSet(parser.newWindow);
     for (const QString& given : parser.parser.positionalArguments()) {
         const QString file = filePaths::absolute(given, currentDir);
         if (file.isEmpty())
@@ -305,12 +306,6 @@ Request parse(const QStringList& arguments, const QString& currentDir) {
 QString workingFolderGone(const QString& name) {
     return QStringLiteral("brevio: %1: cannot be opened: the working folder no longer exists")
         .arg(name);
-}
-
-void openWhenShown(MainWindow& window, const QStringList& files) {
-    if (files.isEmpty())
-        return;
-    QTimer::singleShot(0, &window, [&window, files] { window.addListWidgetItems(files); });
 }
 
 } // namespace launch

@@ -9,8 +9,6 @@
 #include <QString>
 #include <QStringList>
 
-class MainWindow;
-
 // The window's command line: "brevio [FILE...]", plus --help, --help-all,
 // --version and --new-window.
 namespace launch {
@@ -28,10 +26,6 @@ constexpr int exitNoDisplay = 1;
 // Returns the exit status, or startWindow.
 int answerWithoutDisplay(int argc, char* argv[]);
 
-// Whether the window system the platform plugin would load can be reached
-// at all: no DISPLAY for X11, no Wayland socket. Qt itself would abort.
-bool displayNamed(int argc, char* argv[]);
-
 // Says why there is no window and ends the process with exitNoDisplay when
 // the platform plugin fails after all (a DISPLAY that names no server),
 // instead of Qt's abort. Install right before the application object and
@@ -47,15 +41,10 @@ void enableHighDpi();
 
 // The shared start-up (name, version, file-name codec, report fonts), then
 // what the desktop needs: the id of the menu entry (which lets a desktop
-// match the window to its icon), the window icon and Qt's own German
-// texts. Call before the arguments are read, so that file names come
-// through byte for byte.
+// match the window to its icon) and the window icon. The language comes
+// later, from useLanguage(). Call before the arguments are read, so that
+// file names come through byte for byte.
 void describeApplication();
-
-// Qt's own German translation (qtbase_de.qm): the file dialogs, the line
-// edits' context menus and the message boxes' buttons speak the window's
-// language whatever the system's locale is. Returns whether it was found.
-bool loadToolkitTranslation();
 
 struct Request {
     int exitStatus = startWindow;
@@ -75,20 +64,21 @@ struct Request {
 QString workingFolderGone(const QString& name);
 
 // The language of the window's and the reports' texts ("de" or "en", as
-// parse() accepts it): English leaves Qt's own texts in their English too.
-// Call it before the window is made.
+// parse() accepts it). German brings Qt's own German too (qtbase_de.qm, so
+// that the file dialogs, the line edits' context menus and the message
+// boxes' buttons speak German whatever the system's locale is), where the
+// system's Qt or the program has it; English leaves Qt's texts in Qt's own
+// English. Returns false when the window's own texts in that language
+// cannot be had. Call it once, before the window is made.
 bool useLanguage(const QString& language);
 
 // Reads the arguments as QApplication left them (its own options taken
 // out); relative file names are joined to currentDir without resolving "."
 // or "..", which only the system can do right across symbolic links (a
-// drop hands the window absolute paths).
+// drop hands the window absolute paths). --help and --version are answered
+// and mistakes (an unknown option, a --language other than de or en) told
+// here, with the exit status in the request.
 Request parse(const QStringList& arguments, const QString& currentDir);
-
-// Adds the files in order through the same path a drop takes, once the
-// event loop runs, so that the window is on screen and a refusal ("Fehler")
-// appears over it.
-void openWhenShown(MainWindow& window, const QStringList& files);
 
 } // namespace launch
 

@@ -8,6 +8,7 @@
 
 #include <QFile>
 #include <QLocalServer>
+#include <QLocalSocket>
 
 #include <cerrno>
 #include <sys/socket.h>
@@ -72,6 +73,27 @@ void restrict(const QLocalServer& server) {
 
 bool peerIsThisUser(qintptr descriptor) {
     return peerIsUser(descriptor, ::getuid());
+}
+
+bool answer(QLocalSocket& socket, const QByteArray& answer) {
+    // Straight to the system rather than through the socket's buffer, which
+    // would write it later: only the write itself tells whether the start
+    // still takes answers. A few bytes on a fresh connection go in whole
+    // or not at all; a start that shut its end (or is gone) makes it fail
+    // with EPIPE, without a SIGPIPE.
+    ssize_t written;
+    do {
+        written = ::send(int(socket.socketDescriptor()), answer.constData(), size_t(answer.size()),
+                         MSG_NOSIGNAL);
+    } while (written < 0 && errno == EINTR);
+    return written == answer.size();
+}
+
+bool refuseLateAnswers(QLocalSocket& socket) {
+    // Shutting this end for reading shuts the window's end for writing, in
+    // the same step in which the system queues or refuses each write: an
+    // answer is either here to be read or refused at the window.
+    return ::shutdown(int(socket.socketDescriptor()), SHUT_RD) == 0;
 }
 
 } // namespace localEndpoint

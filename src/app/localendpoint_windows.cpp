@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QLocalServer>
+#include <QLocalSocket>
 
 #include <windows.h>
 
@@ -53,6 +54,19 @@ void restrict(const QLocalServer&) {
 bool peerIsThisUser(qintptr) {
     // Only this user can open the pipe at all.
     return true;
+}
+
+bool answer(QLocalSocket& socket, const QByteArray& answer) {
+    // The pipe writes in the background and reports a failure only later;
+    // the window takes the files unless the pipe refuses the answer now.
+    const bool taken = socket.write(answer) == answer.size();
+    socket.flush();
+    return taken;
+}
+
+bool refuseLateAnswers(QLocalSocket&) {
+    // A pipe cannot be closed for reading alone.
+    return false;
 }
 
 } // namespace localEndpoint

@@ -41,7 +41,11 @@ int main(int argc, char* argv[]) {
             std::fprintf(stderr, "%s\n", qPrintable(launch::workingFolderGone(name)));
         return 1;
     }
-    launch::useLanguage(request.language);
+    if (!launch::useLanguage(request.language)) {
+        std::fprintf(stderr, "brevio: the window's texts in \"%s\" cannot be loaded\n",
+                     qPrintable(request.language));
+        return 1;
+    }
     // A window of this user on this display, in this language, takes the
     // files into its list.
     OneWindow oneWindow(oneWindow::endpointFor(request.language));
@@ -49,10 +53,12 @@ int main(int argc, char* argv[]) {
         const OneWindow::HandOver handed = oneWindow.handOver(request.files);
         if (handed == OneWindow::HandOver::Taken)
             return 0;
-        if (handed == OneWindow::HandOver::Failed) {
-            std::fputs("brevio: the open window did not take the files; "
-                       "brevio --new-window opens another\n",
-                       stderr);
+        // Only files the window certainly did not take are said to be
+        // not taken; a window that may still take them is not blamed.
+        if (handed != OneWindow::HandOver::NoWindow) {
+            std::fprintf(stderr, "%s\n",
+                         qPrintable(oneWindow::notHandedOver(handed, oneWindow.filesTaken(),
+                                                             request.files.size())));
             return 1;
         }
     }
@@ -60,6 +66,6 @@ int main(int argc, char* argv[]) {
     MainWindow window;
     oneWindow.serve(window);
     window.show();
-    launch::openWhenShown(window, request.files);
+    window.openWhenShown(request.files);
     return app.exec();
 }

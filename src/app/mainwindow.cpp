@@ -133,6 +133,12 @@ void MainWindow::addListWidgetItems(const QStringList& paths) {
         listWaitingFiles();
 }
 
+void MainWindow::openWhenShown(const QStringList& paths) {
+    if (paths.isEmpty())
+        return;
+    QTimer::singleShot(0, this, [this, paths] { addListWidgetItems(paths); });
+}
+
 void MainWindow::listWaitingFiles() {
     // Re-entered from a "Fehler" box's event loop: the part that opened the
     // box goes on once it is answered.

@@ -36,6 +36,10 @@ public:
     // the event loop, so that the window answers input meanwhile; files
     // given while earlier ones still wait are taken after them.
     void addListWidgetItems(const QStringList& paths);
+    // Takes the files as addListWidgetItems() does once the event loop
+    // runs, so that the window is on screen first and a refusal ("Fehler")
+    // appears over it: files from the command line and from a later start.
+    void openWhenShown(const QStringList& paths);
 
 public slots:
     void convertAll();

@@ -3,16 +3,18 @@
 
 #include "app/onewindow.h"
 
-#include "app/launch.h"
 #include "app/localendpoint.h"
 #include "app/mainwindow.h"
 #include "files/pathsyntax.h"
 
+#include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
 #include <QGuiApplication>
 #include <QLocalServer>
 #include <QLocalSocket>
+#include <QThread>
 #include <QTimer>
 
 #include <memory>
@@ -71,6 +73,25 @@ QByteArray encode(const QStringList& files) {
     }
     message += '\0';
     return message;
+}
+
+QString notHandedOver(OneWindow::HandOver handed, int taken, int files) {
+    if (handed == OneWindow::HandOver::Unanswered) {
+        if (taken == 0)
+            return QStringLiteral("brevio: the open window has not answered; it may still list "
+                                  "the files once it is free");
+        return QStringLiteral("brevio: the open window took the first %1 of %2 files and has "
+                              "not answered for the others; it may still list them once it is "
+                              "free")
+            .arg(taken)
+            .arg(files);
+    }
+    if (taken == 0)
+        return QStringLiteral("brevio: the open window did not take the files; "
+                              "brevio --new-window opens another");
+    return QStringLiteral("brevio: the open window took the first %1 of %2 files, not the others")
+        .arg(taken)
+        .arg(files);
 }
 
 QList<QStringList> batches(const QStringList& files) {
@@ -137,13 +158,56 @@ Received decode(const QByteArray& message) {
 
 } // namespace oneWindow
 
-namespace {} // namespace
+namespace {
+
+// One message to the window at path, and what became of it.
+OneWindow::HandOver sendMessage(const QString& path, const QStringList& files,
+                                int answerTimeoutMs) {
+    using HandOver = OneWindow::HandOver;
+    QLocalSocket socket;
+    socket.connectToServer(path);
+    if (!socket.waitForConnected(1000))
+        return HandOver::NoWindow;
+    // The folder is private, but the other end is asked all the same.
+    if (!localEndpoint::peerIsThisUser(socket.socketDescriptor()))
+        return HandOver::NotTaken;
+    socket.write(oneWindow::encode(files));
+    QByteArray answer;
+    const QDeadlineTimer deadline(answerTimeoutMs);
+    while (!answer.endsWith('\n') && socket.waitForReadyRead(int(deadline.remainingTime())))
+        answer += socket.readAll();
+    answer += socket.readAll();
+    // The window takes the files exactly when it answers; one that hung up
+    // without an answer (a message it refused, or one it waited too long
+    // for) took nothing.
+    if (answer.endsWith('\n') || socket.state() != QLocalSocket::ConnectedState)
+        return answer == oneWindow::answerTaken ? HandOver::Taken : HandOver::NotTaken;
+    // No answer in time. The end mark goes last: while part of the message
+    // is still here, the window cannot have it whole.
+    if (socket.bytesToWrite() > 0)
+        return HandOver::NotTaken;
+    // The window may be stopped (Ctrl+Z in its terminal) or starved; it
+    // would answer and list the files whenever it runs again. Refused from
+    // here on, that answer fails at the window, which then keeps nothing;
+    // an answer that came before the refusal is read and counts.
+    if (!localEndpoint::refuseLateAnswers(socket))
+        return HandOver::Unanswered;
+    while (!answer.endsWith('\n') && socket.waitForReadyRead(1000))
+        answer += socket.readAll();
+    answer += socket.readAll();
+    return answer == oneWindow::answerTaken ? HandOver::Taken : HandOver::NotTaken;
+}
+
+} // namespace
 
 OneWindow::OneWindow() : OneWindow(oneWindow::endpointFor(QStringLiteral("de"))) {}
 
-OneWindow::OneWindow(const QString& socketPath) : path(socketPath) {}
+OneWindow::OneWindow(const QString& socketPath, int answerTimeoutMs)
+    : path(socketPath), answerTimeoutMs(answerTimeoutMs) {}
 
-OneWindow::~OneWindow() = default;
+OneWindow::~OneWindow() {
+    stopServing();
+}
 
 bool OneWindow::lock() {
     if (path.isEmpty())
@@ -157,24 +221,19 @@ bool OneWindow::lock() {
 }
 
 OneWindow::HandOver OneWindow::handOver(const QStringList& files) {
+    taken = 0;
     if (!lock())
         return HandOver::NoWindow;
     bool first = true;
     for (const QStringList& batch : oneWindow::batches(files)) {
-        QLocalSocket socket;
-        socket.connectToServer(path);
-        if (!socket.waitForConnected(1000))
-            return first ? HandOver::NoWindow : HandOver::Failed;
+        HandOver handed = sendMessage(path, batch, answerTimeoutMs);
+        // Gone between two messages: the earlier ones are in its list.
+        if (handed == HandOver::NoWindow && !first)
+            handed = HandOver::NotTaken;
+        if (handed != HandOver::Taken)
+            return handed;
         first = false;
-        // The folder is private, but the other end is asked all the same.
-        if (!localEndpoint::peerIsThisUser(socket.socketDescriptor()))
-            return HandOver::Failed;
-        socket.write(oneWindow::encode(batch));
-        QByteArray answer;
-        while (!answer.endsWith('\n') && socket.waitForReadyRead(oneWindow::answerTimeoutMs))
-            answer += socket.readAll();
-        if (answer != oneWindow::answerTaken)
-            return HandOver::Failed;
+        taken += batch.size();
     }
     socketLock->unlock();
     return HandOver::Taken;
@@ -184,23 +243,56 @@ bool OneWindow::serve(MainWindow& target) {
     window = &target;
     if (!lock())
         return false;
-    server = new QLocalServer(this);
+    listening = std::make_unique<QThread>();
+    listener = new QObject;
+    listener->moveToThread(listening.get());
+    // Deleted on its own thread as that ends, and the server and its
+    // connections with it.
+    connect(listening.get(), &QThread::finished, listener, &QObject::deleteLater);
+    listening->start();
+    bool listens = false;
+    QMetaObject::invokeMethod(
+        listener, [this, &listens] { listens = listen(); }, Qt::BlockingQueuedConnection);
+    socketLock->unlock();
+    if (!listens) {
+        stopServing();
+        return false;
+    }
+    // A window that is closing answers no more starts: an answer would
+    // promise a list that is about to go.
+    if (QCoreApplication::instance())
+        connect(QCoreApplication::instance(), &QCoreApplication::aboutToQuit, this,
+                &OneWindow::stopServing);
+    return true;
+}
+
+void OneWindow::stopServing() {
+    if (!listening)
+        return;
+    listening->quit();
+    listening->wait();
+    listening.reset();
+    listener = nullptr;
+    server = nullptr;
+}
+
+bool OneWindow::listen() {
+    server = new QLocalServer(listener);
     localEndpoint::prepare(*server);
-    bool listening = server->listen(path);
-    if (!listening && server->serverError() == QAbstractSocket::AddressInUseError) {
+    bool listens = server->listen(path);
+    if (!listens && server->serverError() == QAbstractSocket::AddressInUseError) {
         QLocalSocket probe;
         probe.connectToServer(path);
         if (!probe.waitForConnected(1000)) {
             // Nobody answers: the window that made it was killed.
             QLocalServer::removeServer(path);
-            listening = server->listen(path);
+            listens = server->listen(path);
         }
     }
-    socketLock->unlock();
-    if (!listening)
+    if (!listens)
         return false;
     localEndpoint::restrict(*server);
-    connect(server, &QLocalServer::newConnection, this, [this] {
+    connect(server, &QLocalServer::newConnection, listener, [this] {
         while (QLocalSocket* socket = server->nextPendingConnection())
             accept(socket);
     });
@@ -217,7 +309,7 @@ void OneWindow::accept(QLocalSocket* socket) {
     // A sender that never finishes is not waited for.
     QTimer::singleShot(oneWindow::receiveTimeoutMs, socket, [socket] { socket->abort(); });
     auto buffer = std::make_shared<QByteArray>();
-    connect(socket, &QLocalSocket::readyRead, this, [this, socket, buffer] {
+    connect(socket, &QLocalSocket::readyRead, socket, [this, socket, buffer] {
         // Never more than one byte beyond the limit is held.
         buffer->append(socket->read(oneWindow::maxMessageBytes + 1 - buffer->size()));
         const oneWindow::Received received = oneWindow::decode(*buffer);
@@ -227,10 +319,16 @@ void OneWindow::accept(QLocalSocket* socket) {
             socket->abort();
             return;
         }
-        socket->write(oneWindow::answerTaken);
-        socket->flush();
+        // The answer goes out before anything is listed, from this thread,
+        // however busy the window's own is.
+        const bool answered = localEndpoint::answer(*socket, oneWindow::answerTaken);
         socket->disconnectFromServer();
-        receive(received.files);
+        // Refused: the start stopped waiting and has said that the window
+        // did not take the files, so it does not.
+        if (!answered)
+            return;
+        QMetaObject::invokeMethod(
+            this, [this, files = received.files] { receive(files); }, Qt::QueuedConnection);
     });
 }
 
@@ -243,5 +341,5 @@ void OneWindow::receive(const QStringList& files) {
     window->activateWindow();
     // The same way as files on the command line: after this handler, one
     // by one, each refused or taken by the list's own rules.
-    launch::openWhenShown(*window, files);
+    window->openWhenShown(files);
 }

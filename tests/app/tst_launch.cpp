@@ -56,6 +56,8 @@ private slots:
     void parseRefusesUnknownOptions();
     void parseKeepsNamesWithoutFolderApart();
     void parseAnswersVersion();
+    void parseLanguage_data();
+    void parseLanguage();
     void filesOpenInOrderOnceShown();
     void noFilesNoRows();
     void applicationIsDescribed();
@@ -112,6 +114,38 @@ void TestLaunch::parseAnswersVersion() {
     QVERIFY(request.files.isEmpty());
 }
 
+void TestLaunch::parseLanguage_data() {
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<int>("exitStatus");
+    QTest::addColumn<QString>("language");
+    QTest::newRow("German without the option")
+        << QStringList{"a.json"} << int(launch::startWindow) << "de";
+    QTest::newRow("German") << QStringList{"--language", "de", "a.json"} << int(launch::startWindow)
+                            << "de";
+    QTest::newRow("English") << QStringList{"--language=en", "a.json"} << int(launch::startWindow)
+                             << "en";
+    QTest::newRow("French") << QStringList{"--language", "fr", "a.json"} << int(launch::exitUsage)
+                            << "fr";
+    QTest::newRow("empty") << QStringList{"--language=", "a.json"} << int(launch::exitUsage) << "";
+    QTest::newRow("German in capitals")
+        << QStringList{"--language", "DE"} << int(launch::exitUsage) << "DE";
+}
+
+void TestLaunch::parseLanguage() {
+    // The language is checked once, here; useLanguage() takes what passes.
+    QFETCH(QStringList, arguments);
+    QFETCH(int, exitStatus);
+    QFETCH(QString, language);
+    arguments.prepend(QStringLiteral("brevio"));
+    const launch::Request request = launch::parse(arguments, QStringLiteral("/srv"));
+    QCOMPARE(request.exitStatus, exitStatus);
+    QCOMPARE(request.language, language);
+    if (exitStatus == launch::startWindow)
+        QCOMPARE(request.files, QStringList{QStringLiteral("/srv/a.json")});
+    else
+        QCOMPARE(request.files, QStringList());
+}
+
 void TestLaunch::filesOpenInOrderOnceShown() {
     MainWindow window;
     window.show();
@@ -127,7 +161,7 @@ void TestLaunch::filesOpenInOrderOnceShown() {
         windowShownUnderBox = window.isVisible();
         clickMessageBoxOk(box);
     });
-    launch::openWhenShown(window, request.files);
+    window.openWhenShown(request.files);
     // Nothing is taken before the event loop runs.
     QCOMPARE(rowPaths(window), QStringList());
 
@@ -150,7 +184,7 @@ void TestLaunch::noFilesNoRows() {
     const launch::Request request =
         launch::parse({QStringLiteral("brevio")}, QStringLiteral("/srv"));
     QCOMPARE(request.exitStatus, launch::startWindow);
-    launch::openWhenShown(window, request.files);
+    window.openWhenShown(request.files);
     QTest::qWait(50);
     QCOMPARE(rowPaths(window), QStringList());
     QCOMPARE(unexpected.count(), 0);

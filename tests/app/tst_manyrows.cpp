@@ -4,7 +4,6 @@
 // Thousands of files at once, from the command line, a drop or another
 // start: the window keeps answering input while it lists them, and the rows
 // and the "Fehler" boxes come in the order of the files, as for a few.
-#include "app/launch.h"
 #include "app/listwidgetcontainer.h"
 #include "app/mainwindow.h"
 #include "app/onewindow.h"
@@ -123,7 +122,7 @@ void TestManyRows::commandLineAnswersInputWhileListing() {
     ModalAnswerer unexpected;
     InputProbe probe(listOf(window));
 
-    launch::openWhenShown(window, configurations(manyRows));
+    window.openWhenShown(configurations(manyRows));
     verifyAnsweredWhileListing(window, probe, manyRows);
     if (QTest::currentTestFailed())
         return;
@@ -187,7 +186,7 @@ void TestManyRows::orderAndBoxesAsForFewFiles() {
         clickMessageBoxOk(box);
     };
     ModalAnswerer answerer({answer, answer, answer});
-    launch::openWhenShown(window, files);
+    window.openWhenShown(files);
     QTRY_COMPARE_WITH_TIMEOUT(answerer.count(), 3, listingTimeoutMs);
     QTRY_COMPARE_WITH_TIMEOUT(list->count(), manyRows, listingTimeoutMs);
     // Nothing more comes.
@@ -226,7 +225,7 @@ void TestManyRows::laterBatchFollowsEarlierOne() {
                         {QUrl::fromLocalFile(later), QUrl::fromLocalFile(configuration(0))});
         });
     });
-    launch::openWhenShown(window, configurations(manyRows));
+    window.openWhenShown(configurations(manyRows));
     QTRY_COMPARE_WITH_TIMEOUT(list->count(), manyRows + 1, listingTimeoutMs);
     QTRY_COMPARE(answerer.count(), 1);
     QVERIFY2(

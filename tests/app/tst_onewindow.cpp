@@ -2,12 +2,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "app/listwidgetcontainer.h"
+#include "app/localendpoint.h"
 #include "app/localendpoint_posix.h"
 #include "app/mainwindow.h"
 #include "app/onewindow.h"
 #include "files/filenamecodec.h"
 #include "windowtest.h"
 
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QListWidget>
@@ -15,6 +17,7 @@
 #include <QLocalSocket>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QThread>
 #include <QtConcurrent>
 
 #include <sys/socket.h>
@@ -23,6 +26,7 @@
 #include <unistd.h>
 
 Q_DECLARE_METATYPE(oneWindow::Received::State)
+Q_DECLARE_METATYPE(OneWindow::HandOver)
 
 namespace {
 
@@ -54,6 +58,37 @@ QFuture<OneWindow::HandOver> handOverFromAnotherStart(const QString& socket,
     return QtConcurrent::run([socket, files] { return OneWindow(socket).handOver(files); });
 }
 
+struct Sent {
+    OneWindow::HandOver handed = OneWindow::HandOver::NoWindow;
+    // How long the start waited, from its first try to the verdict.
+    qint64 ms = -1;
+};
+
+QFuture<Sent> timedHandOver(const QString& socket, const QStringList& files) {
+    return QtConcurrent::run([socket, files] {
+        QElapsedTimer clock;
+        clock.start();
+        Sent sent;
+        sent.handed = OneWindow(socket).handOver(files);
+        sent.ms = clock.elapsed();
+        return sent;
+    });
+}
+
+// A start's end of the connection, held open by the test itself.
+int connectTo(const QString& path) {
+    const int descriptor = ::socket(AF_UNIX, SOCK_STREAM, 0);
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    const QByteArray bytes = QFile::encodeName(path);
+    qstrncpy(address.sun_path, bytes.constData(), sizeof address.sun_path);
+    if (::connect(descriptor, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0) {
+        ::close(descriptor);
+        return -1;
+    }
+    return descriptor;
+}
+
 } // namespace
 
 class TestOneWindow : public QObject {
@@ -77,6 +112,13 @@ private slots:
     void secondWindowDoesNotServe();
     void badMessagesAddNothing_data();
     void badMessagesAddNothing();
+    void busyWindowAnswersAtOnce_data();
+    void busyWindowAnswersAtOnce();
+    void startThatGaveUpGetsNothingListed();
+    void startSaysWhatHappened_data();
+    void startSaysWhatHappened();
+    void notHandedOver_data();
+    void notHandedOver();
 
 private:
     QTemporaryDir folder;
@@ -347,6 +389,220 @@ void TestOneWindow::badMessagesAddNothing() {
     QTest::qWait(50);
     QCOMPARE(received, QList<QStringList>());
     QCOMPARE(rowPaths(window), QStringList());
+}
+
+void TestOneWindow::busyWindowAnswersAtOnce_data() {
+    // Files waiting to be listed before the start's file, and whether the
+    // window's thread is held without an event loop meanwhile.
+    QTest::addColumn<int>("waiting");
+    QTest::addColumn<bool>("held");
+    QTest::newRow("held, no event loop") << 0 << true;
+    QTest::newRow("listing 2,000 files") << 2000 << false;
+}
+
+void TestOneWindow::busyWindowAnswersAtOnce() {
+    // A window busy listing an earlier batch, or held up altogether, still
+    // answers a later start within a second; the start's files are listed
+    // once the window gets to them, after what was waiting, exactly once.
+    QFETCH(int, waiting);
+    QFETCH(bool, held);
+    const QString socket = folder.path() + QStringLiteral("/busy-%1").arg(waiting);
+    MainWindow window;
+    window.show();
+    OneWindow server(socket);
+    QVERIFY(server.serve(window));
+    int handOvers = 0;
+    connect(&server, &OneWindow::filesReceived, this, [&handOvers] { ++handOvers; });
+    ModalAnswerer unexpected;
+
+    QStringList expected;
+    QStringList earlier;
+    for (int i = 0; i < waiting; ++i) {
+        earlier.append(QStringLiteral("/srv/many/%1.json").arg(i));
+        expected.append(QStringLiteral("/srv/many/%1.pdf").arg(i));
+    }
+    window.addListWidgetItems(earlier);
+    expected.append(QStringLiteral("/srv/late.pdf"));
+
+    // Far longer than any answer takes, even on a loaded machine.
+    constexpr int busyMs = 5000;
+    QFuture<Sent> sent = timedHandOver(socket, {QStringLiteral("/srv/late.json")});
+    if (held) {
+        // The window's thread does nothing else meanwhile: no event loop.
+        QElapsedTimer clock;
+        clock.start();
+        while (!sent.isFinished() && clock.elapsed() < busyMs)
+            QThread::msleep(10);
+        QVERIFY2(sent.isFinished(), "no answer while the window was held");
+        // Answered on receipt, before anything was listed.
+        QCOMPARE(rowPaths(window), QStringList());
+    } else {
+        QTRY_VERIFY_WITH_TIMEOUT(sent.isFinished(), busyMs);
+    }
+    QCOMPARE(int(sent.result().handed), int(OneWindow::HandOver::Taken));
+    QVERIFY2(sent.result().ms < 1000, qPrintable(QString::number(sent.result().ms)));
+
+    QTRY_COMPARE_WITH_TIMEOUT(listOf(window)->count(), expected.size(), 60000);
+    QTest::qWait(100);
+    QCOMPARE(rowPaths(window), expected);
+    QCOMPARE(handOvers, 1);
+    QCOMPARE(unexpected.count(), 0);
+}
+
+void TestOneWindow::startThatGaveUpGetsNothingListed() {
+    // A start that stopped waiting for the answer shuts its end for answers
+    // and says the files were not taken; the window, reading the message
+    // only then, finds its answer refused and must not list them.
+    const QString socket = folder.path() + QStringLiteral("/gave-up");
+    MainWindow window;
+    OneWindow server(socket);
+    QVERIFY(server.serve(window));
+    QList<QStringList> received;
+    connect(&server, &OneWindow::filesReceived, this,
+            [&received](const QStringList& files) { received.append(files); });
+
+    const int start = connectTo(socket);
+    QVERIFY(start >= 0);
+    QCOMPARE(::shutdown(start, SHUT_RD), 0);
+    const QByteArray message = oneWindow::encode({QStringLiteral("/srv/gave-up.json")});
+    QCOMPARE(::write(start, message.constData(), size_t(message.size())), ssize_t(message.size()));
+
+    // A start after it is served: by then the window has dealt with the
+    // first message, which came before it.
+    QFuture<OneWindow::HandOver> next =
+        handOverFromAnotherStart(socket, {QStringLiteral("/srv/next.json")});
+    QTRY_VERIFY(next.isFinished());
+    QCOMPARE(int(next.result()), int(OneWindow::HandOver::Taken));
+    QTRY_COMPARE(rowPaths(window), QStringList{QStringLiteral("/srv/next.pdf")});
+    ::close(start);
+    QCOMPARE(received, QList<QStringList>{QStringList{QStringLiteral("/srv/next.json")}});
+}
+
+namespace {
+
+// What a stand-in window does with each message it is sent.
+enum class Window { Answers, HangsUp, AnswersOtherwise, AnswersAfterTheStartGaveUp, NeverReads };
+
+} // namespace
+
+Q_DECLARE_METATYPE(Window)
+
+void TestOneWindow::startSaysWhatHappened_data() {
+    QTest::addColumn<int>("files");
+    QTest::addColumn<QList<Window>>("window");
+    QTest::addColumn<int>("answerTimeoutMs");
+    QTest::addColumn<OneWindow::HandOver>("handed");
+    QTest::addColumn<int>("taken");
+
+    using HandOver = OneWindow::HandOver;
+    const int wait = oneWindow::answerTimeoutMs;
+    // A start that waits a little only, for the windows that keep it waiting.
+    const int little = 300;
+    QTest::newRow("answered") << 3 << QList<Window>{Window::Answers} << wait << HandOver::Taken
+                              << 3;
+    QTest::newRow("hung up without an answer")
+        << 3 << QList<Window>{Window::HangsUp} << wait << HandOver::NotTaken << 0;
+    QTest::newRow("answered otherwise")
+        << 3 << QList<Window>{Window::AnswersOtherwise} << wait << HandOver::NotTaken << 0;
+    QTest::newRow("answered after the start gave up")
+        << 3 << QList<Window>{Window::AnswersAfterTheStartGaveUp} << little << HandOver::NotTaken
+        << 0;
+    QTest::newRow("never read a message too large to wait in the system")
+        << oneWindow::maxFiles << QList<Window>{Window::NeverReads} << little << HandOver::NotTaken
+        << 0;
+    QTest::newRow("answered the first message, hung up on the second")
+        << oneWindow::maxFiles + 5 << QList<Window>{Window::Answers, Window::HangsUp} << wait
+        << HandOver::NotTaken << oneWindow::maxFiles;
+    QTest::newRow("answered both messages")
+        << oneWindow::maxFiles + 5 << QList<Window>{Window::Answers, Window::Answers} << wait
+        << HandOver::Taken << oneWindow::maxFiles + 5;
+}
+
+void TestOneWindow::startSaysWhatHappened() {
+    // The start calls the files not taken only when the window certainly
+    // did not take them, and a late answer is refused, not lost: the window
+    // learns that the start has given up.
+    QFETCH(int, files);
+    QFETCH(QList<Window>, window);
+    QFETCH(int, answerTimeoutMs);
+    QFETCH(OneWindow::HandOver, handed);
+    QFETCH(int, taken);
+    const QString socket = folder.path() + QStringLiteral("/stand-in");
+    QLocalServer standIn;
+    QVERIFY(standIn.listen(socket));
+
+    QStringList names;
+    // Long names, so that a full message is larger than what the system
+    // holds for a reader that does not read.
+    for (int i = 0; i < files; ++i)
+        names.append(QStringLiteral("/srv/") + QString(900, QLatin1Char('n')) + QString::number(i) +
+                     QStringLiteral(".json"));
+    QFuture<QPair<OneWindow::HandOver, int>> sent = QtConcurrent::run([=] {
+        OneWindow start(socket, answerTimeoutMs);
+        const OneWindow::HandOver result = start.handOver(names);
+        return qMakePair(result, start.filesTaken());
+    });
+
+    // Only blocking calls here: an event loop would read for the stand-in.
+    for (const Window does : window) {
+        if (does == Window::NeverReads)
+            break;
+        QVERIFY(standIn.waitForNewConnection(10000));
+        QLocalSocket* connection = standIn.nextPendingConnection();
+        QByteArray message;
+        while (oneWindow::decode(message).state == oneWindow::Received::Incomplete &&
+               connection->waitForReadyRead(10000))
+            message += connection->readAll();
+        QCOMPARE(int(oneWindow::decode(message).state), int(oneWindow::Received::Complete));
+        switch (does) {
+        case Window::Answers:
+            QVERIFY(localEndpoint::answer(*connection, oneWindow::answerTaken));
+            break;
+        case Window::AnswersOtherwise:
+            QVERIFY(localEndpoint::answer(*connection, QByteArrayLiteral("no\n")));
+            break;
+        case Window::AnswersAfterTheStartGaveUp:
+            sent.waitForFinished();
+            QVERIFY(!localEndpoint::answer(*connection, oneWindow::answerTaken));
+            break;
+        case Window::HangsUp:
+        case Window::NeverReads:
+            break;
+        }
+        connection->disconnectFromServer();
+        delete connection;
+    }
+    sent.waitForFinished();
+    QCOMPARE(sent.result().first, handed);
+    QCOMPARE(sent.result().second, taken);
+}
+
+void TestOneWindow::notHandedOver_data() {
+    QTest::addColumn<OneWindow::HandOver>("handed");
+    QTest::addColumn<int>("taken");
+    QTest::addColumn<QString>("message");
+    using HandOver = OneWindow::HandOver;
+    QTest::newRow("none taken") << HandOver::NotTaken << 0
+                                << "brevio: the open window did not take the files; "
+                                   "brevio --new-window opens another";
+    QTest::newRow("some taken") << HandOver::NotTaken << 1000
+                                << "brevio: the open window took the first 1000 of 1005 files, "
+                                   "not the others";
+    QTest::newRow("no answer") << HandOver::Unanswered << 0
+                               << "brevio: the open window has not answered; it may still list "
+                                  "the files once it is free";
+    QTest::newRow("some taken, then no answer")
+        << HandOver::Unanswered << 1000
+        << "brevio: the open window took the first 1000 of 1005 files and has not answered for "
+           "the others; it may still list them once it is free";
+}
+
+void TestOneWindow::notHandedOver() {
+    // A window that may still take the files is never said not to have.
+    QFETCH(OneWindow::HandOver, handed);
+    QFETCH(int, taken);
+    QFETCH(QString, message);
+    QCOMPARE(oneWindow::notHandedOver(handed, taken, 1005), message);
 }
 
 QTEST_MAIN(TestOneWindow)

@@ -101,6 +101,7 @@ void TestWindowDesk::initTestCase() {
     QStandardPaths::setTestModeEnabled(true);
     // What main() does: names, the byte-keeping file-name codec, Qt's German.
     launch::describeApplication();
+    QVERIFY(launch::useLanguage(QStringLiteral("de")));
     QDesktopServices::setUrlHandler(QStringLiteral("file"), &recorder, "open");
 }
 

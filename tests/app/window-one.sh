@@ -5,8 +5,10 @@
 # "brevio FILE..." hands its files to the running window and ends; the
 # duplicate's "Fehler" box appears there; --new-window opens another window;
 # another display gets a window of its own; a killed window's socket is
-# taken over. On the way, a double click on a converted row's path hands the
-# report to the desktop (a stand-in xdg-open that records its argument).
+# taken over; a start beside a stopped window says the files were not
+# taken, and they are not. On the way, a double click on a converted row's
+# path hands the report to the desktop (a stand-in xdg-open that records
+# its argument).
 #
 #   window-one.sh BREVIO EXAMPLE.json
 #
@@ -186,4 +188,24 @@ sleep 0.5
 kill -0 "$third" 2>/dev/null || fail "brevio after the killed window ended: $(cat "$work/third.log")"
 run_brevio "$display_a" 0 e.json
 [ "$(windows "$display_a")" -eq 1 ] || fail "a second window opened after the takeover"
+
+# A window stopped in its terminal (Ctrl+Z) cannot answer: the start says
+# the files were not taken, and the window, continued, does not list them
+# after all (d.json, already listed, would bring up a "Fehler" box).
+boxes() {
+    DISPLAY=$display_a xdotool search --onlyvisible --name '^Fehler$' 2>/dev/null | wc -l
+}
+kill -STOP "$third"
+status=0
+(cd "$data" && DISPLAY=$display_a timeout 60 "$brevio" d.json) >"$work/stopped.log" 2>&1 || status=$?
+kill -CONT "$third"
+[ "$status" -eq 1 ] || fail "brevio beside a stopped window ended with $status: $(cat "$work/stopped.log")"
+grep -qx 'brevio: the open window did not take the files; brevio --new-window opens another' \
+    "$work/stopped.log" || fail "brevio beside a stopped window said: $(cat "$work/stopped.log")"
+sleep 2
+[ "$(boxes)" -eq 0 ] || fail "the window listed the files after its start was told it did not"
+# Running again, it takes them: its box for the duplicate appears.
+run_brevio "$display_a" 0 d.json
+DISPLAY=$display_a timeout 60 xdotool search --sync --onlyvisible --name '^Fehler$' >/dev/null ||
+    fail "no \"Fehler\" box from the continued window"
 echo "window-one: passed"

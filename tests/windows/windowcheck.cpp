@@ -80,6 +80,7 @@ int main(int argc, char* argv[]) {
     launch::enableHighDpi();
     QApplication app(argc, argv);
     launch::describeApplication();
+    launch::useLanguage(QStringLiteral("de"));
     const QStringList arguments = QApplication::arguments();
     if (arguments.size() != 2) {
         std::fputs("usage: brevio-windowcheck.exe CONFIGURATION\n", stderr);
