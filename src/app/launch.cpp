@@ -288,8 +288,7 @@ Request parse(const QStringList& arguments, const QString& currentDir) {
         return request;
     request.language = parser.parser.value(parser.language);
     if (!bootstrap::isLanguage(request.language)) {
-        request.exitStatus = usageError(
-            parser, QStringLiteral("--language needs de or en, not \"%1\"").arg(request.language));
+        request.exitStatus = usageError(parser, bootstrap::languageError(request.language));
         return request;
     }
     request.newWindow = parser.parser.isSet(parser.newWindow);
