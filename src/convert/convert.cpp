@@ -109,25 +109,16 @@ void appendStrings(const QVector<QVariant>& values, QString& text) {
         }
 }
 
-// The fonts the job draws with: default-constructed, so in the
-// application's family, at the report's sizes.
-QFont reportFont(int pixelSize, QFont::Weight weight) {
-    QFont font;
-    font.setPixelSize(pixelSize);
-    font.setWeight(weight);
-    return font;
-}
-
 // With neither the bundled font nor any font of the machine usable, every
 // line of a report is a black bar; the labels tell, since they are always
 // printed. The fonts are the same for every job of a process.
 bool labelsDrawable() {
     static const bool drawable =
         undrawableCharacters(QStringLiteral("Allgemeine Einstellungen: Modbus"),
-                             reportFont(reportLayout::headingPixelSize, QFont::Bold))
+                             reportLayout::headingFont())
             .isEmpty() &&
         undrawableCharacters(QStringLiteral("Quandel Protokoll vom: Name: Höhe [m]:"),
-                             reportFont(reportLayout::bodyPixelSize, QFont::Normal))
+                             reportLayout::bodyFont())
             .isEmpty();
     return drawable;
 }
@@ -211,8 +202,7 @@ void convert::checkDrawnText() {
     for (const QVector<QVector<QVariant>>* rows : {&outputValues, &relaisValues, &offsetValues})
         for (const QVector<QVariant>& row : *rows)
             appendStrings(row, text);
-    result.undrawable =
-        undrawableCharacters(text, reportFont(reportLayout::bodyPixelSize, QFont::Normal));
+    result.undrawable = undrawableCharacters(text, reportLayout::bodyFont());
     if (result.converted() && !labelsDrawable())
         result.fail(ConversionOutcome::Reason::LabelsUndrawable);
 }

@@ -130,8 +130,8 @@ public:
     // Top of the next text line on the current page, in printer pixels.
     // Left uninitialised on purpose: printPdf() sets it before first use.
     int reportCursor;
-    // The fonts of section headings and of every other line, set by
-    // printPdf() before it draws.
+    // The fonts of section headings and of every other line, set from
+    // reportLayout's by printPdf() before it draws.
     QFont headingFont;
     QFont bodyFont;
     // The configuration's path as readJsonFile() was given it, set once

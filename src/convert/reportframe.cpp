@@ -244,11 +244,8 @@ void convert::printPdf(QString pdfPath) {
 }
 
 void convert::drawReport(QPainter& painter, QPrinter& printer) {
-    bodyFont.setPixelSize(bodyPixelSize);
-    QFont pathFont;
-    pathFont.setPixelSize(pathPixelSize);
-    headingFont.setPixelSize(headingPixelSize);
-    headingFont.setWeight(QFont::Bold);
+    headingFont = reportLayout::headingFont();
+    bodyFont = reportLayout::bodyFont();
     painter.setFont(bodyFont);
 
     const QImage& logo = reportLogo();
@@ -258,7 +255,7 @@ void convert::drawReport(QPainter& painter, QPrinter& printer) {
     const int titleLeft = titleRight - logoWidth;
     drawBoxedText(painter, QRectF(titleLeft, pageTop, logoWidth, logoHeight), wrapFlags,
                   tr("Quandel Protokoll vom:\n") + mainValues.value(1).toString());
-    painter.setFont(pathFont);
+    painter.setFont(reportLayout::pathFont());
     drawBoxedText(painter, QRectF(titleLeft, pathTop, logoWidth, logoHeight), wrapFlags,
                   sourcePath);
     emit newPbarValue(9);
