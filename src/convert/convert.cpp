@@ -3,6 +3,7 @@
 
 #include "convert/convert.h"
 
+#include "convert/reportlabels.h"
 #include "convert/reportlayout.h"
 #include "convert/undrawable.h"
 #include "files/regularfile.h"
@@ -11,6 +12,7 @@
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonParseError>
+#include <QMutex>
 
 #include <cstdlib>
 #include <new>
@@ -111,15 +113,26 @@ void appendStrings(const QVector<QVariant>& values, QString& text) {
 
 // With neither the bundled font nor any font of the machine usable, every
 // line of a report is a black bar; the labels tell, since they are always
-// printed. The fonts are the same for every job of a process.
+// printed. They are asked about as they are drawn: in the language
+// installed and in the fonts that draw them.
 bool labelsDrawable() {
-    static const bool drawable =
-        undrawableCharacters(QStringLiteral("Allgemeine Einstellungen: Modbus"),
-                             reportLayout::headingFont())
-            .isEmpty() &&
-        undrawableCharacters(QStringLiteral("Quandel Protokoll vom: Name: Höhe [m]:"),
-                             reportLayout::bodyFont())
-            .isEmpty();
+    using namespace reportLabels;
+    const QString headings = convert::tr(generalHeading) + convert::tr(modbusHeading);
+    const QString lines = convert::tr(title) + convert::tr(name) + convert::tr(altitude);
+    // The fonts are the same for every job of a process and so, nearly
+    // always, are the labels: the answer is kept for the texts last asked
+    // about. Jobs on other threads may ask at the same time.
+    static QMutex guard;
+    static QString checkedHeadings;
+    static QString checkedLines;
+    static bool drawable = false;
+    const QMutexLocker lock(&guard);
+    if (headings != checkedHeadings || lines != checkedLines) {
+        drawable = undrawableCharacters(headings, reportLayout::headingFont()).isEmpty() &&
+                   undrawableCharacters(lines, reportLayout::bodyFont()).isEmpty();
+        checkedHeadings = headings;
+        checkedLines = lines;
+    }
     return drawable;
 }
 
