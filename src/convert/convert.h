@@ -197,6 +197,11 @@ private:
     // Advances reportCursor by one line step, starting a printer page when
     // the step crosses the page limit.
     void advanceLine(QPrinter& printer);
+
+    // Before a block that is never split (an output channel, a relay):
+    // starts a printer page, reportCursor at its top, when the block's
+    // reserve below the cursor would reach the page limit.
+    void keepBlockOnOnePage(QPrinter& printer, int reserve);
 };
 
 #endif

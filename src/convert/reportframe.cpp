@@ -200,6 +200,15 @@ void convert::advanceLine(QPrinter& printer) {
         printer.newPage();
 }
 
+void convert::keepBlockOnOnePage(QPrinter& printer, int reserve) {
+    // Stricter than the line step: a block that would end exactly at the
+    // limit moves too.
+    if (reportCursor + reserve >= pageLimit) {
+        printer.newPage();
+        reportCursor = pageTop;
+    }
+}
+
 void convert::printPdf(QString pdfPath) {
     loadPrintSupportOnce();
     // On the heap, so that a failure halfway can leave them undestroyed: see
