@@ -1,7 +1,7 @@
 # SPDX-FileCopyrightText: 2026 The Brevio developers
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Fails when a front end includes a header that its library keeps to itself,
-# or when a library includes one from a library above it.
+# Fails when a front end or a benchmark includes a header that its library
+# keeps to itself, or when a library includes one from a library above it.
 #   cmake -DSOURCE_DIR=... -DINTERFACES=FILE -P CheckIncludes.cmake
 # FILE sets PUBLIC_HEADERS ("files/filepaths.h", ...) and LIBRARY_FOLDERS,
 # ordered from the bottom up: a library may include only from itself and the
@@ -45,11 +45,14 @@ foreach(folder IN LISTS LIBRARY_FOLDERS)
     list(APPEND below "${folder}")
 endforeach()
 
-# Front ends: every library is below them, only through its public headers.
-foreach(front_end IN ITEMS app cli)
-    file(GLOB sources "${SOURCE_DIR}/src/${front_end}/*.h" "${SOURCE_DIR}/src/${front_end}/*.cpp")
+# Front ends, and the benchmarks, which measure the libraries as the front
+# ends use them: every library is below them, only through its public
+# headers.
+foreach(front_end IN ITEMS src/app src/cli bench)
+    file(GLOB sources "${SOURCE_DIR}/${front_end}/*.h" "${SOURCE_DIR}/${front_end}/*.cpp")
+    get_filename_component(own_folder "${front_end}" NAME)
     foreach(source IN LISTS sources)
-        check_file("${source}" "${front_end}" "${LIBRARY_FOLDERS}")
+        check_file("${source}" "${own_folder}" "${LIBRARY_FOLDERS}")
     endforeach()
 endforeach()
 

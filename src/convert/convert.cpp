@@ -3,6 +3,7 @@
 
 #include "convert/convert.h"
 
+#include "convert/reportlabels.h"
 #include "convert/reportlayout.h"
 #include "convert/undrawable.h"
 #include "files/regularfile.h"
@@ -11,6 +12,7 @@
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonParseError>
+#include <QMutex>
 
 #include <cstdlib>
 #include <exception>
@@ -112,26 +114,28 @@ void appendStrings(const QVector<QVariant>& values, QString& text) {
         }
 }
 
-// The fonts the job draws with: default-constructed, so in the
-// application's family, at the report's sizes.
-QFont reportFont(int pixelSize, QFont::Weight weight) {
-    QFont font;
-    font.setPixelSize(pixelSize);
-    font.setWeight(weight);
-    return font;
-}
-
 // With neither the bundled font nor any font of the machine usable, every
 // line of a report is a black bar; the labels tell, since they are always
-// printed. The fonts are the same for every job of a process.
+// printed. They are asked about as they are drawn: in the language
+// installed and in the fonts that draw them.
 bool labelsDrawable() {
-    static const bool drawable =
-        undrawableCharacters(QStringLiteral("Allgemeine Einstellungen: Modbus"),
-                             reportFont(reportLayout::headingPixelSize, QFont::Bold))
-            .isEmpty() &&
-        undrawableCharacters(QStringLiteral("Quandel Protokoll vom: Name: Höhe [m]:"),
-                             reportFont(reportLayout::bodyPixelSize, QFont::Normal))
-            .isEmpty();
+    using namespace reportLabels;
+    const QString headings = convert::tr(generalHeading) + convert::tr(modbusHeading);
+    const QString lines = convert::tr(title) + convert::tr(name) + convert::tr(altitude);
+    // The fonts are the same for every job of a process and so, nearly
+    // always, are the labels: the answer is kept for the texts last asked
+    // about. Jobs on other threads may ask at the same time.
+    static QMutex guard;
+    static QString checkedHeadings;
+    static QString checkedLines;
+    static bool drawable = false;
+    const QMutexLocker lock(&guard);
+    if (headings != checkedHeadings || lines != checkedLines) {
+        drawable = undrawableCharacters(headings, reportLayout::headingFont()).isEmpty() &&
+                   undrawableCharacters(lines, reportLayout::bodyFont()).isEmpty();
+        checkedHeadings = headings;
+        checkedLines = lines;
+    }
     return drawable;
 }
 
@@ -214,8 +218,7 @@ void convert::checkDrawnText() {
     for (const QVector<QVector<QVariant>>* rows : {&outputValues, &relaisValues, &offsetValues})
         for (const QVector<QVariant>& row : *rows)
             appendStrings(row, text);
-    result.undrawable =
-        undrawableCharacters(text, reportFont(reportLayout::bodyPixelSize, QFont::Normal));
+    result.undrawable = undrawableCharacters(text, reportLayout::bodyFont());
     if (result.converted() && !labelsDrawable())
         result.fail(ConversionOutcome::Reason::LabelsUndrawable);
 }

@@ -30,29 +30,79 @@ class convert : public QObject {
     Q_OBJECT
 
 public:
+    // Defined in convert.cpp, as are readJsonFile(), newPage(), outcome()
+    // and setReportPath().
+
+    // Makes an empty job; the record below is filled only once it runs.
     explicit convert(QObject* parent = nullptr);
+    // Waits for a readJsonFile() that is still emitting its last signal on
+    // a worker thread, or still running (see running below).
     ~convert() override;
 
+    // The whole job, meant for a pool thread: reads the configuration at
+    // jsonPath into the record and draws its report. The report goes to
+    // filePaths::reportFor(pdfPath), unless setReportPath() chose its place;
+    // runOnPool() passes the configuration's path for both, so the report
+    // stands beside it with ".pdf" for ".json". Ends by emitting finished()
+    // or aborted(), whatever happens on the way.
     void readJsonFile(QString jsonPath, QString pdfPath);
 
+    // The readers. Each replaces its section of the record with the
+    // members of the JSON it is given, one entry per member at a fixed
+    // index: a missing member gives a null entry and a value of another
+    // type than expected is kept as it is; neither is an error.
+
+    // convert.cpp: the general settings from the document's "configuration"
+    // object, then every section through the readers below, emitting
+    // newPbarValue() 1 to 8 as it goes.
     void readMainConfiguration(const QJsonObject& document);
+    // outputs.cpp: one entry per element of the array, whatever its type,
+    // so that the channel numbers follow the array positions.
     void readOutputs(const QJsonArray& outputs);
+    // display.cpp: the display's own members and its six "values".
     void readDisplay(const QJsonObject& display);
+    // tlf.cpp: the traffic-light function and its measure.
     void readTlf(const QJsonObject& tlf);
+    // relais.cpp: one entry per element of the array, as for the outputs.
     void readRelais(const QJsonArray& relais);
+    // modbusservice.cpp: the offsets are not part of the report; this only
+    // empties offsetValues.
     void readOffset(const QJsonArray& offsets);
+    // modbusservice.cpp: the five Modbus settings.
     void readModbus(const QJsonObject& modbus);
+    // modbusservice.cpp: the last service and calibration and the days to
+    // the next ones.
     void readService(const QJsonObject& service);
 
+    // reportframe.cpp: draws the report of the record into a temporary file
+    // and puts it in place of the report only once it is complete; the
+    // report's path follows pdfPath as in readJsonFile(). Records in
+    // outcome() how that went and emits newPbarValue() 9 to 17, also when
+    // nothing could be drawn. Throws when memory runs out or the job is
+    // interrupted; readJsonFile() turns that into aborted().
     void printPdf(QString pdfPath);
-    void printGeneral(QPainter& painter, QPrinter& printer);
-    void printOutput(QPainter& painter, QPrinter& printer);
-    void printDisplay(QPainter& painter, QPrinter& printer);
-    void printTlf(QPainter& painter, QPrinter& printer);
-    void printRelais(QPainter& painter, QPrinter& printer);
-    void printModbus(QPainter& painter, QPrinter& printer);
-    void printService(QPainter& painter, QPrinter& printer);
 
+    // The section printers that the report frame runs in this order after
+    // the general block, each drawing its section from reportCursor on in
+    // headingFont and bodyFont and leaving the cursor where the next one
+    // expects it. They may start new printer pages. Public so that a
+    // section can be drawn and checked alone.
+
+    // outputs.cpp: one block per channel, moved to the next page as a
+    // whole when it would cross the page limit; a channel with too few
+    // entries is left out but keeps its number.
+    void printOutput(QPainter& painter, QPrinter& printer);
+    // display.cpp: the heading where the cursor stands, then four lines.
+    void printDisplay(QPainter& painter, QPrinter& printer);
+    // tlf.cpp: an empty line, the heading, then four lines in two columns.
+    void printTlf(QPainter& painter, QPrinter& printer);
+    // relais.cpp: one block per relay, its states kept together with it.
+    void printRelais(QPainter& painter, QPrinter& printer);
+
+    // The page rule of every line step: advances y by one step; when that
+    // passes the page limit, y becomes the top of a new page and the
+    // result is true, and the caller starts that page on the printer.
+    // False when the line still fits on the current page.
     bool newPage(int& y);
 
     // What this job came to. Written only by readJsonFile() on its worker
@@ -80,16 +130,38 @@ public:
     // Top of the next text line on the current page, in printer pixels.
     // Left uninitialised on purpose: printPdf() sets it before first use.
     int reportCursor;
+    // The fonts of section headings and of every other line, set from
+    // reportLayout's by printPdf() before it draws.
     QFont headingFont;
     QFont bodyFont;
+    // The configuration's path as readJsonFile() was given it, set once
+    // the file is open: drawn under the title, and its file name is the
+    // report's title when the configuration names no plant.
     QString sourcePath;
 
 signals:
+    // The job's progress on its worker thread: 1 to 8 while reading, 9 to
+    // 17 while drawing the report.
     void newPbarValue(int value);
+    // The file was read and its report drawn, or tried: also sent when no
+    // complete report was written (no temporary file beside it, a printer
+    // that would not start, a full disk) and when the one written has
+    // labels no font could draw. Only outcome().converted() tells a usable
+    // report from these.
     void finished();
+    // The file was not read (not a ".json" name, not openable, empty) or
+    // the job could not go on (out of memory, interrupted); outcome() says
+    // which.
     void aborted();
 
 private:
+    // The sections only the whole report draws: the general block before
+    // the public section printers (reportframe.cpp), Modbus and service
+    // after them (modbusservice.cpp).
+    void printGeneral(QPainter& painter, QPrinter& printer);
+    void printModbus(QPainter& painter, QPrinter& printer);
+    void printService(QPainter& painter, QPrinter& printer);
+
     // Held by readJsonFile() for the whole run and taken by the destructor.
     // The owner deletes the job on the GUI thread as soon as finished() or
     // aborted() arrives there, which can be before the worker thread has
@@ -125,6 +197,11 @@ private:
     // Advances reportCursor by one line step, starting a printer page when
     // the step crosses the page limit.
     void advanceLine(QPrinter& printer);
+
+    // Before a block that is never split (an output channel, a relay):
+    // starts a printer page, reportCursor at its top, when the block's
+    // reserve below the cursor would reach the page limit.
+    void keepBlockOnOnePage(QPrinter& printer, int reserve);
 };
 
 #endif

@@ -4,6 +4,7 @@
 #include "convert/convert.h"
 
 #include "convert/jsonrecord.h"
+#include "convert/reportlabels.h"
 #include "convert/reportlayout.h"
 
 #include <QPainter>
@@ -43,7 +44,7 @@ void convert::readService(const QJsonObject& service) {
 void convert::printModbus(QPainter& painter, QPrinter& printer) {
     // The relay section leaves the cursor on the heading's line.
     painter.setFont(headingFont);
-    drawLine(painter, fullLine(reportCursor), tr("Modbus"));
+    drawLine(painter, fullLine(reportCursor), tr(reportLabels::modbusHeading));
     painter.setFont(bodyFont);
     if (modbusValues.size() >= 5) {
         const QString labels[] = {tr("Offset: "), tr("Baudrate: "), tr("Adresse: "),

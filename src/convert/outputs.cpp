@@ -63,10 +63,7 @@ void convert::printOutput(QPainter& painter, QPrinter& printer) {
 
         // The block is never split: if it would reach past the page limit it
         // moves to the next page as a whole.
-        if (reportCursor + outputBlockReserve >= pageLimit) {
-            printer.newPage();
-            reportCursor = pageTop;
-        }
+        keepBlockOnOnePage(printer, outputBlockReserve);
         const int top = reportCursor;
         const int row1 = top + lineStep;
         const int row2 = top + 2 * lineStep;

@@ -54,10 +54,7 @@ void convert::printRelais(QPainter& painter, QPrinter& printer) {
         if (values.size() < relaisEntryMinimum)
             continue;
 
-        if (reportCursor + relaisBlockReserve >= pageLimit) {
-            printer.newPage();
-            reportCursor = pageTop;
-        }
+        keepBlockOnOnePage(printer, relaisBlockReserve);
         const int top = reportCursor;
 
         painter.setFont(headingFont);

@@ -4,6 +4,7 @@
 #include "convert/convert.h"
 
 #include "convert/boxedtext.h"
+#include "convert/reportlabels.h"
 #include "convert/reportlayout.h"
 #include "files/filepaths.h"
 #include "files/reportfile.h"
@@ -199,6 +200,15 @@ void convert::advanceLine(QPrinter& printer) {
         printer.newPage();
 }
 
+void convert::keepBlockOnOnePage(QPrinter& printer, int reserve) {
+    // Stricter than the line step: a block that would end exactly at the
+    // limit moves too.
+    if (reportCursor + reserve >= pageLimit) {
+        printer.newPage();
+        reportCursor = pageTop;
+    }
+}
+
 void convert::printPdf(QString pdfPath) {
     loadPrintSupportOnce();
     // On the heap, so that a failure halfway can leave them undestroyed: see
@@ -244,11 +254,8 @@ void convert::printPdf(QString pdfPath) {
 }
 
 void convert::drawReport(QPainter& painter, QPrinter& printer) {
-    bodyFont.setPixelSize(bodyPixelSize);
-    QFont pathFont;
-    pathFont.setPixelSize(pathPixelSize);
-    headingFont.setPixelSize(headingPixelSize);
-    headingFont.setWeight(QFont::Bold);
+    headingFont = reportLayout::headingFont();
+    bodyFont = reportLayout::bodyFont();
     painter.setFont(bodyFont);
 
     const QImage& logo = reportLogo();
@@ -257,8 +264,8 @@ void convert::drawReport(QPainter& painter, QPrinter& printer) {
     painter.drawImage(QRectF(marginLeft, pageTop, logoWidth, logoHeight), logo);
     const int titleLeft = titleRight - logoWidth;
     drawBoxedText(painter, QRectF(titleLeft, pageTop, logoWidth, logoHeight), wrapFlags,
-                  tr("Quandel Protokoll vom:\n") + mainValues.value(1).toString());
-    painter.setFont(pathFont);
+                  tr(reportLabels::title) + mainValues.value(1).toString());
+    painter.setFont(reportLayout::pathFont());
     drawBoxedText(painter, QRectF(titleLeft, pathTop, logoWidth, logoHeight), wrapFlags,
                   sourcePath);
     emit newPbarValue(9);
@@ -284,14 +291,14 @@ void convert::drawReport(QPainter& painter, QPrinter& printer) {
 void convert::printGeneral(QPainter& painter, QPrinter& printer) {
     painter.setFont(headingFont);
     drawLine(painter, QRect(marginLeft, reportCursor, fullWidth, headingLineHeight),
-             tr("Allgemeine Einstellungen:"));
+             tr(reportLabels::generalHeading));
     advanceLine(printer);
     painter.setFont(bodyFont);
 
     if (mainValues.size() >= 8) {
         const int c = reportCursor;
         const QRect generalRight(rightColumnLeft, c, generalRightWidth, lineHeight);
-        drawLine(painter, leftColumn(c), tr("Name: ") + mainValues[0].toString());
+        drawLine(painter, leftColumn(c), tr(reportLabels::name) + mainValues[0].toString());
         drawLine(painter, leftColumn(c + lineStep), tr("Ort: ") + mainValues[2].toString());
         drawLine(painter, leftColumn(c + 2 * lineStep),
                  tr("Spannungsuntergrenze [V]: ") + mainValues[4].toString());
@@ -301,7 +308,7 @@ void convert::printGeneral(QPainter& painter, QPrinter& printer) {
                  tr("Einheitensystem: ") +
                      (mainValues[5].toInt() == 1 ? QStringLiteral("Si") : QStringLiteral("Imp")));
         drawLine(painter, generalRight.translated(0, lineStep),
-                 tr("Höhe [m]: ") + mainValues[3].toString());
+                 tr(reportLabels::altitude) + mainValues[3].toString());
     }
     // The block takes the same room whether or not the configuration had
     // enough entries to draw its rows.

@@ -4,6 +4,7 @@
 #ifndef BREVIO_REPORTLAYOUT_H
 #define BREVIO_REPORTLAYOUT_H
 
+#include <QFont>
 #include <QRect>
 #include <Qt>
 
@@ -52,6 +53,29 @@ constexpr int generalBlockHeight = 1810;
 constexpr int headingPixelSize = 220;
 constexpr int bodyPixelSize = 200;
 constexpr int pathPixelSize = 150;
+
+// The report's fonts, in the application's default family: the bundled one,
+// which both programs register as they start. The report is drawn in them,
+// and they are what the job asks whether its text can be drawn at all.
+// Section headings:
+inline QFont headingFont() {
+    QFont font;
+    font.setPixelSize(headingPixelSize);
+    font.setWeight(QFont::Bold);
+    return font;
+}
+// The title and every other line:
+inline QFont bodyFont() {
+    QFont font;
+    font.setPixelSize(bodyPixelSize);
+    return font;
+}
+// The configuration's path under the title:
+inline QFont pathFont() {
+    QFont font;
+    font.setPixelSize(pathPixelSize);
+    return font;
+}
 
 constexpr int lineFlags = Qt::AlignLeft | Qt::AlignVCenter;
 constexpr int wrapFlags = Qt::AlignLeft | Qt::AlignVCenter | Qt::TextWordWrap;

@@ -3,8 +3,8 @@
 
 #include "jobrunner.h"
 
+#include "convert/bootstrap.h"
 #include "convert/convert.h"
-#include "convert/reportfonts.h"
 #include "convert/runonpool.h"
 #include "files/filepaths.h"
 
@@ -17,16 +17,18 @@
 
 namespace {
 
-// Every test that runs jobs measures the report as the programs print it, in
-// the bundled font: registered as soon as the test's application exists,
-// before any test function runs.
-void registerFontsLikeThePrograms() {
-    registerReportFonts();
+// Every test runs its jobs in a process started as the programs start
+// theirs, as soon as the test's application exists and before any test
+// function runs: reports in the bundled font, file names that are not
+// UTF-8 kept byte for byte, and the window's name and version, since the
+// jobs here run the way the window runs them.
+void startLikeThePrograms() {
+    bootstrap::initApplication(QStringLiteral("brevio"));
 }
 
 } // namespace
 
-Q_COREAPP_STARTUP_FUNCTION(registerFontsLikeThePrograms)
+Q_COREAPP_STARTUP_FUNCTION(startLikeThePrograms)
 
 JobOutcome runJob(const QString& path, int timeoutMs) {
     JobOutcome outcome;

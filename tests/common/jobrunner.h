@@ -10,6 +10,9 @@
 #include <QString>
 #include <QStringList>
 
+// A test linked with this starts as the programs start (see
+// bootstrap::initApplication), before any of its test functions runs.
+
 // What one conversion job reported, in the order it reported it.
 struct JobOutcome {
     QList<int> progress;

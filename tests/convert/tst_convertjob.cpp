@@ -21,6 +21,7 @@
 #include <QTimer>
 #include <QtConcurrent>
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -68,6 +69,7 @@ private slots:
     void twoJobsAtOnce();
     void reportCannotBeCreated();
     void undrawableCharactersRecorded();
+    void nameNotUtf8();
     void runOnPoolOrder();
     void runOnPoolReceiverGone();
 };
@@ -427,6 +429,31 @@ void TestConvertJob::undrawableCharactersRecorded() {
     // member the report never reads does not count.
     QCOMPARE(outcome.recorded.undrawable, (QVector<uint>{0x10FFFE, 0x10FFFD}));
     QVERIFY(QFileInfo(reportPathFor(path)).isFile());
+}
+
+// The tests start as the programs do, so a job is given a name that is not
+// UTF-8 as the programs give it: decoded from its bytes, and encoded back to
+// the same bytes when the file is opened and the report named.
+void TestConvertJob::nameNotUtf8() {
+    QTemporaryDir dir;
+    const QByteArray folder = QFile::encodeName(dir.path());
+    const QByteArray name = folder + "/Kessel \xe4\xff.json";
+    const int descriptor = ::open(name.constData(), O_WRONLY | O_CREAT | O_EXCL, 0644);
+    QVERIFY(descriptor >= 0);
+    const QByteArray content = "{\"configuration\":{\"name\":\"Kessel\"}}";
+    QCOMPARE(::write(descriptor, content.constData(), size_t(content.size())),
+             ssize_t(content.size()));
+    ::close(descriptor);
+
+    const QString path = QFile::decodeName(name);
+    QCOMPARE(QFile::encodeName(path), name);
+    const JobOutcome outcome = runJob(path);
+    QVERIFY(outcome.finished());
+    QCOMPARE(outcome.recorded.reason, Reason::Converted);
+    struct stat report {};
+    const QByteArray reportName = folder + "/Kessel \xe4\xff.pdf";
+    QCOMPARE(::stat(reportName.constData(), &report), 0);
+    QVERIFY(S_ISREG(report.st_mode));
 }
 
 // Every job is started the same way: the started hook on the pool thread

@@ -7,14 +7,17 @@
 // left.
 
 #include "convert/bootstrap.h"
+#include "convert/conversionoutcome.h"
 #include "jobrunner.h"
 #include "pdfreport.h"
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTranslator>
 
 #include <memory>
 
@@ -40,7 +43,29 @@ QStringList allWords(const PdfReport& report) {
     return words;
 }
 
+// English as the program installs it, except that one text, given by its
+// German source, ends in a character no font has (a private-use character
+// of plane 16).
+class EnglishWithUndrawableText : public QTranslator {
+public:
+    explicit EnglishWithUndrawableText(const QByteArray& source) : marked(source) {}
+
+    QString translate(const char* context, const char* sourceText, const char* disambiguation,
+                      int n) const override {
+        const QString english = QTranslator::translate(context, sourceText, disambiguation, n);
+        if (english.isEmpty() || marked != sourceText)
+            return english;
+        return english + QStringLiteral("\U0010FFFD");
+    }
+
+private:
+    QByteArray marked;
+};
+
 } // namespace
+
+using Reason = ConversionOutcome::Reason;
+Q_DECLARE_METATYPE(Reason)
 
 class TestEnglishReport : public QObject {
     Q_OBJECT
@@ -52,6 +77,8 @@ private slots:
     void noGermanWordLeft_data();
     void noGermanWordLeft();
     void unknownMakerInEnglish();
+    void labelsCheckedAsDrawn_data();
+    void labelsCheckedAsDrawn();
     void unknownLanguageRefused();
 
 private:
@@ -226,6 +253,40 @@ void TestEnglishReport::unknownMakerInEnglish() {
     QVERIFY2(!unknown.second.isNull(), qPrintable(report.dump()));
     QCOMPARE(unknown.first, known.first);
     QVERIFY(qAbs(unknown.second.box.top() - known.second.box.top()) < 1.0);
+}
+
+void TestEnglishReport::labelsCheckedAsDrawn_data() {
+    QTest::addColumn<QByteArray>("source");
+    QTest::addColumn<Reason>("reason");
+    QTest::newRow("English as installed") << QByteArray() << Reason::Converted;
+    // The labels every report draws, which tell whether its fonts can draw
+    // anything at all: each is asked about as it is drawn, in English here.
+    QTest::newRow("Quandel report of:")
+        << QByteArray("Quandel Protokoll vom:\n") << Reason::LabelsUndrawable;
+    QTest::newRow("General settings:")
+        << QByteArray("Allgemeine Einstellungen:") << Reason::LabelsUndrawable;
+    QTest::newRow("Name: ") << QByteArray("Name: ") << Reason::LabelsUndrawable;
+    QTest::newRow("Altitude [m]: ") << QByteArray("H\xc3\xb6he [m]: ") << Reason::LabelsUndrawable;
+    QTest::newRow("Modbus") << QByteArray("Modbus") << Reason::LabelsUndrawable;
+}
+
+void TestEnglishReport::labelsCheckedAsDrawn() {
+    QFETCH(QByteArray, source);
+    QFETCH(Reason, reason);
+    // Installed last, so asked first; it leaves the application as it goes.
+    EnglishWithUndrawableText translator(source);
+    QVERIFY(translator.load(QStringLiteral(":/translations/brevio_en.qm")));
+    QVERIFY(QCoreApplication::installTranslator(&translator));
+    QTemporaryDir folder;
+    const QString json =
+        copyInto(exampleFile(QStringLiteral("pressure-transmitter.json")), folder.path());
+    const JobOutcome outcome = runJob(json);
+    QVERIFY(outcome.finished());
+    QCOMPARE(outcome.recorded.reason, reason);
+    // The report is written either way, and the file's own text is all
+    // drawable: only the label makes the difference.
+    QVERIFY(QFileInfo(reportPathFor(json)).isFile());
+    QCOMPARE(outcome.recorded.undrawable, QVector<uint>());
 }
 
 void TestEnglishReport::unknownLanguageRefused() {
