@@ -30,7 +30,6 @@ Identity fromStat(int result, const struct stat& info) {
         identity.exists = true;
         identity.device = quint64(info.st_dev);
         identity.inode = quint64(info.st_ino);
-        identity.regularFile = S_ISREG(info.st_mode);
     }
     return identity;
 }
@@ -40,11 +39,6 @@ Identity fromStat(int result, const struct stat& info) {
 Identity identityOf(const QString& path) {
     struct stat info {};
     return fromStat(::stat(QFile::encodeName(path).constData(), &info), info);
-}
-
-Identity entryIdentityOf(const QString& path) {
-    struct stat info {};
-    return fromStat(::lstat(QFile::encodeName(path).constData(), &info), info);
 }
 
 } // namespace filePaths

@@ -19,12 +19,11 @@ QString workingFolder() {
 namespace {
 
 // The volume's serial number and the file's index: NTFS's inode.
-Identity identityThrough(const QString& path, DWORD flags) {
+Identity identityThrough(const QString& path) {
     Identity identity;
-    const HANDLE handle =
-        CreateFileW(windowsPath::forSystem(path).c_str(), FILE_READ_ATTRIBUTES,
-                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
-                    FILE_FLAG_BACKUP_SEMANTICS | flags, nullptr);
+    const HANDLE handle = CreateFileW(windowsPath::forSystem(path).c_str(), FILE_READ_ATTRIBUTES,
+                                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                      nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr);
     if (handle == INVALID_HANDLE_VALUE)
         return identity;
     BY_HANDLE_FILE_INFORMATION info{};
@@ -32,9 +31,6 @@ Identity identityThrough(const QString& path, DWORD flags) {
         identity.exists = true;
         identity.device = info.dwVolumeSerialNumber;
         identity.inode = (quint64(info.nFileIndexHigh) << 32) | info.nFileIndexLow;
-        identity.regularFile = (info.dwFileAttributes &
-                                (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT)) == 0 &&
-                               GetFileType(handle) == FILE_TYPE_DISK;
     }
     CloseHandle(handle);
     return identity;
@@ -43,11 +39,7 @@ Identity identityThrough(const QString& path, DWORD flags) {
 } // namespace
 
 Identity identityOf(const QString& path) {
-    return identityThrough(path, 0);
-}
-
-Identity entryIdentityOf(const QString& path) {
-    return identityThrough(path, FILE_FLAG_OPEN_REPARSE_POINT);
+    return identityThrough(path);
 }
 
 } // namespace filePaths

@@ -47,8 +47,6 @@ struct Identity {
     bool exists = false;
     quint64 device = 0;
     quint64 inode = 0;
-    // Not part of the identity: what the entry was.
-    bool regularFile = false;
 
     bool operator==(const Identity& other) const {
         return exists == other.exists && device == other.device && inode == other.inode;
@@ -58,8 +56,6 @@ struct Identity {
 
 // The file that path names, links followed.
 Identity identityOf(const QString& path);
-// The directory entry path names itself: a link is not followed.
-Identity entryIdentityOf(const QString& path);
 
 // The same key for every spelling of one report name: the device and inode
 // of its folder plus its file name; the path itself when the folder cannot

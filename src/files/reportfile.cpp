@@ -61,11 +61,6 @@ bool ReportFile::fail(Failure why, const QString& systemWords) {
     return false;
 }
 
-bool ReportFile::isCompletePdf(const QString& path) {
-    QFile report;
-    return openRegularFile(report, path) && isCompletePdf(report);
-}
-
 bool ReportFile::isCompletePdf(QFile& report) {
     const QByteArray head = report.read(5);
     const qint64 size = report.size();

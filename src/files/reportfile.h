@@ -47,8 +47,7 @@ public:
 
     // True for a file that starts with a PDF header and ends with the
     // trailer's end-of-file marker; a write cut short lacks the latter.
-    static bool isCompletePdf(const QString& path);
-    // The same for a file open for reading, read from its start.
+    // The file must be open for reading; it is read from its start.
     static bool isCompletePdf(QFile& report);
 
 private:

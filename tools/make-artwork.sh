@@ -4,7 +4,7 @@
 # Regenerates the Brevio artwork (logo, button images, application icon)
 # under resources/ with ImageMagick -draw primitives.
 #
-# Usage: tools/make_artwork.sh            (run from anywhere)
+# Usage: tools/make-artwork.sh            (run from anywhere)
 #   IM=/path/to/convert   override the ImageMagick convert binary
 #   FONT=/path/to/font    override the bold sans font for the wordmark
 #
@@ -26,7 +26,7 @@ if [ -z "${IM:-}" ]; then
     elif command -v magick >/dev/null 2>&1; then
         IM=magick
     else
-        echo "make_artwork: ImageMagick not found (apt-get install imagemagick)" >&2
+        echo "make-artwork: ImageMagick not found (apt-get install imagemagick)" >&2
         exit 1
     fi
 fi
@@ -37,7 +37,7 @@ if [ -z "${FONT:-}" ]; then
         FONT=$(fc-match -f '%{file}' 'DejaVu Sans:bold')
     fi
 fi
-[ -f "$FONT" ] || { echo "make_artwork: font not found: $FONT" >&2; exit 1; }
+[ -f "$FONT" ] || { echo "make-artwork: font not found: $FONT" >&2; exit 1; }
 
 TMP=$(mktemp -d)
 trap 'rm -rf "$TMP"' EXIT INT TERM
@@ -218,4 +218,4 @@ EOF
     "$(icon_png 48)" "$(icon_png 64)" "$(icon_png 256)" \
     $OUT "ICO:$ICO"
 
-echo "make_artwork: wrote $IMG/*.png, $HICOLOR and $ICO"
+echo "make-artwork: wrote $IMG/*.png, $HICOLOR and $ICO"
