@@ -5,12 +5,9 @@
 
 #include "app/localendpoint.h"
 #include "app/mainwindow.h"
-#include "files/pathsyntax.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
-#include <QDir>
-#include <QFile>
 #include <QGuiApplication>
 #include <QLocalServer>
 #include <QLocalSocket>
@@ -20,14 +17,6 @@
 #include <memory>
 
 namespace oneWindow {
-
-const QByteArray answerTaken = QByteArrayLiteral("ok\n");
-
-namespace {
-
-const QByteArray header = QByteArrayLiteral("BREVIO-FILES 1\n");
-
-} // namespace
 
 QString endpointFor(const QString& language) {
     const QString base = localEndpoint::serverName();
@@ -65,16 +54,6 @@ QString currentDisplay() {
     return platform + QLatin1Char(':') + QString::fromLocal8Bit(qgetenv("DISPLAY"));
 }
 
-QByteArray encode(const QStringList& files) {
-    QByteArray message = header;
-    for (const QString& file : files) {
-        message += QFile::encodeName(file);
-        message += '\0';
-    }
-    message += '\0';
-    return message;
-}
-
 QString notHandedOver(OneWindow::HandOver handed, int taken, int files) {
     if (handed == OneWindow::HandOver::Unanswered) {
         if (taken == 0)
@@ -92,68 +71,6 @@ QString notHandedOver(OneWindow::HandOver handed, int taken, int files) {
     return QStringLiteral("brevio: the open window took the first %1 of %2 files, not the others")
         .arg(taken)
         .arg(files);
-}
-
-QList<QStringList> batches(const QStringList& files) {
-    QList<QStringList> result;
-    QStringList batch;
-    int bytes = header.size() + 1;
-    for (const QString& file : files) {
-        const int size = QFile::encodeName(file).size() + 1;
-        if (!batch.isEmpty() && (batch.size() == maxFiles || bytes + size > maxMessageBytes)) {
-            result.append(batch);
-            batch.clear();
-            bytes = header.size() + 1;
-        }
-        batch.append(file);
-        bytes += size;
-    }
-    if (!batch.isEmpty() || result.isEmpty())
-        result.append(batch);
-    return result;
-}
-
-Received decode(const QByteArray& message) {
-    Received received;
-    if (message.size() > maxMessageBytes) {
-        received.state = Received::Invalid;
-        return received;
-    }
-    const int headerPart = qMin(message.size(), header.size());
-    if (message.left(headerPart) != header.left(headerPart)) {
-        received.state = Received::Invalid;
-        return received;
-    }
-    if (message.size() < header.size())
-        return received;
-
-    int at = header.size();
-    while (true) {
-        const int end = message.indexOf('\0', at);
-        if (end < 0) {
-            // A path longer than any the system opens will not get shorter.
-            if (message.size() - at > maxPathBytes)
-                received.state = Received::Invalid;
-            received.files.clear();
-            return received;
-        }
-        const QByteArray path = message.mid(at, end - at);
-        if (path.isEmpty()) {
-            // The end mark; nothing may follow it.
-            received.state = end + 1 == message.size() ? Received::Complete : Received::Invalid;
-            if (received.state == Received::Invalid)
-                received.files.clear();
-            return received;
-        }
-        if (!pathSyntax::isAbsolute(QFile::decodeName(path)) || path.size() > maxPathBytes ||
-            received.files.size() == maxFiles) {
-            received.state = Received::Invalid;
-            received.files.clear();
-            return received;
-        }
-        received.files.append(QFile::decodeName(path));
-        at = end + 1;
-    }
 }
 
 } // namespace oneWindow

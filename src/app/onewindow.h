@@ -4,6 +4,8 @@
 #ifndef BREVIO_ONEWINDOW_H
 #define BREVIO_ONEWINDOW_H
 
+#include "app/handovermessage.h"
+
 #include <QByteArray>
 #include <QLockFile>
 #include <QObject>
@@ -17,20 +19,6 @@ class MainWindow;
 class QLocalServer;
 class QLocalSocket;
 class QThread;
-
-namespace oneWindow {
-
-// What one message may hold; a start with more files sends several.
-constexpr int maxMessageBytes = 1 << 20;
-constexpr int maxFiles = 1000;
-// PATH_MAX: no longer name can be opened.
-constexpr int maxPathBytes = 4096;
-// How long a window waits for a whole message, and a start for the answer
-// (which a window gives at once, busy or not).
-constexpr int receiveTimeoutMs = 5000;
-constexpr int answerTimeoutMs = 10000;
-
-} // namespace oneWindow
 
 // One window per user and display: "brevio FILE..." started while a window
 // runs hands its files to that window, which lists them as if they had been
@@ -138,22 +126,6 @@ QString socketName(const QString& display);
 // The display this process shows its windows on: DISPLAY for X11,
 // WAYLAND_DISPLAY for Wayland, else the platform's name.
 QString currentDisplay();
-
-// "BREVIO-FILES 1\n", each path's bytes and a NUL, and an empty path to end.
-QByteArray encode(const QStringList& files);
-// The window's answer to a whole message: it takes the files.
-extern const QByteArray answerTaken;
-// Splits the files into messages within the limits, in order.
-QList<QStringList> batches(const QStringList& files);
-
-struct Received {
-    enum State { Incomplete, Complete, Invalid } state = Incomplete;
-    QStringList files;
-};
-// Accepts only the whole message: the header, at most maxFiles absolute
-// paths of at most maxPathBytes each, the end mark, nothing after it and
-// never more than maxMessageBytes.
-Received decode(const QByteArray& message);
 
 } // namespace oneWindow
 
