@@ -1,8 +1,26 @@
 # SPDX-FileCopyrightText: 2026 The Brevio developers
 # SPDX-License-Identifier: GPL-3.0-or-later
 # Sourced by the window scripts: a work folder, a virtual X server and the
-# brevio process, all cleaned up however the script ends. The script sets
-# brevio_pid once it starts brevio and defines fail() before sourcing this.
+# brevio process, all cleaned up however the script ends, and the checks
+# every script starts with. The script sets brevio_pid once it starts
+# brevio.
+
+# "SCRIPT: message" on standard error, and the end of the script; a script
+# with more to say defines its own fail() before sourcing this.
+if ! declare -F fail >/dev/null; then
+    fail() {
+        echo "$(basename "$0" .sh): $*" >&2
+        exit 1
+    }
+fi
+
+# Fails unless every tool named is on the PATH.
+require_tools() {
+    local tool
+    for tool in "$@"; do
+        command -v "$tool" >/dev/null || fail "$tool not found"
+    done
+}
 
 work=$(mktemp -d)
 xvfb_pid=

@@ -15,17 +15,9 @@ set -euo pipefail
 brevio=${1:?usage: window-file-limit.sh BREVIO EXAMPLE.json}
 example=${2:?usage: window-file-limit.sh BREVIO EXAMPLE.json}
 
-fail() {
-    echo "window-file-limit: $*" >&2
-    exit 1
-}
-
-for tool in Xvfb xdotool; do
-    command -v "$tool" >/dev/null || fail "$tool not found"
-done
-brevio=$(realpath "$brevio")
-
 source "$(dirname "${BASH_SOURCE[0]}")/virtual-display.sh"
+require_tools Xvfb xdotool
+brevio=$(realpath "$brevio")
 
 data="$work/Anlagen"
 mkdir -p "$data"

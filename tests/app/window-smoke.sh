@@ -16,14 +16,8 @@ brevio=${1:?usage: window-smoke.sh BREVIO EXAMPLE.json [SCREENSHOT.png]}
 example=${2:?usage: window-smoke.sh BREVIO EXAMPLE.json [SCREENSHOT.png]}
 shot=${3:-}
 
-fail() {
-    echo "window-smoke: $*" >&2
-    exit 1
-}
-
-for tool in Xvfb xdotool pdftotext; do
-    command -v "$tool" >/dev/null || fail "$tool not found"
-done
+source "$(dirname "${BASH_SOURCE[0]}")/virtual-display.sh"
+require_tools Xvfb xdotool pdftotext
 # /usr/bin/convert and friends are ImageMagick's; other tools of the same
 # name may come first in PATH.
 import=/usr/bin/import
@@ -33,8 +27,6 @@ import=/usr/bin/import
 # brevio runs in a folder of its own, so relative paths would break.
 brevio=$(realpath "$brevio")
 [ -z "$shot" ] || shot=$(realpath -m "$shot")
-
-source "$(dirname "${BASH_SOURCE[0]}")/virtual-display.sh"
 
 # A folder such as a user keeps configurations in; the rows show its end.
 data="$work/Anlagen/Werk Nord/Lueftung"
