@@ -13,13 +13,6 @@
 
 namespace {
 
-// brevio-convert as a terminal without a display runs it, from workingDir
-// when one is given.
-ProgramRun runConverter(const QStringList& arguments, const QString& workingDir = QString()) {
-    return runProgram(QStringLiteral(BREVIO_CONVERT_BINARY), arguments, headlessEnvironment(),
-                      120000, workingDir);
-}
-
 QString typicalConfiguration() {
     QFile file(exampleFile(QStringLiteral("pressure-transmitter.json")));
     file.open(QIODevice::ReadOnly);
@@ -272,7 +265,7 @@ void TestBrevioConvert::eachFileOpenedOnce() {
         runProgram(QStringLiteral("strace"),
                    {QStringLiteral("-f"), QStringLiteral("-qq"), QStringLiteral("-e"),
                     QStringLiteral("trace=open,openat,openat2,creat"), QStringLiteral("-o"), trace,
-                    QStringLiteral(BREVIO_CONVERT_BINARY), path},
+                    converterProgram(), path},
                    environment, 120000);
     QVERIFY2(run.finished, "strace did not end");
     const QString err = run.errText();

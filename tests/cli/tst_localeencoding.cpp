@@ -54,7 +54,7 @@ private slots:
     void unencodableTextIsEscaped();
 
 private:
-    QString converter = QStringLiteral(BREVIO_CONVERT_BINARY);
+    QString converter = converterProgram();
 };
 
 void TestLocaleEncoding::initTestCase() {

@@ -22,16 +22,11 @@
 
 namespace {
 
-// Runs brevio-convert; as root, as the user nobody when asked, since root
+// brevio-convert as the user nobody when the test runs as root, since root
 // writes into read-only folders anyway.
-ProgramRun
-runConverter(const QStringList& arguments, const QString& workingDir = QString(),
-             bool asNobody = false,
-             const QProcessEnvironment& environment = QProcessEnvironment::systemEnvironment()) {
-    const QString converter = QStringLiteral(BREVIO_CONVERT_BINARY);
-    const QStringList command =
-        asNobody ? unprivileged(converter, arguments) : QStringList{converter} + arguments;
-    return runProgram(command.first(), command.mid(1), environment, 120000, workingDir);
+ProgramRun runConverterAsNobody(const QStringList& arguments) {
+    const QStringList command = unprivileged(converterProgram(), arguments);
+    return runProgram(command.first(), command.mid(1), headlessEnvironment(), 120000);
 }
 
 QByteArray example() {
@@ -192,13 +187,13 @@ void TestScriptOptions::readOnlyConfigurationFolder() {
 
     // Beside the configuration, the report cannot be written, and the
     // system says why.
-    const ProgramRun refused = runConverter({json}, QString(), true);
+    const ProgramRun refused = runConverterAsNobody({json});
     QCOMPARE(refused.status(), 1);
     QVERIFY2(
         refused.errText().endsWith(QStringLiteral(": report not written: Permission denied\n")),
         qPrintable(refused.errText()));
 
-    const ProgramRun run = runConverter({QStringLiteral("-o"), output, json}, QString(), true);
+    const ProgramRun run = runConverterAsNobody({QStringLiteral("-o"), output, json});
     QCOMPARE(run.status(), 0);
     QCOMPARE(QString::fromUtf8(run.out),
              QDir(output).filePath(QStringLiteral("anlage.pdf")) + QLatin1Char('\n'));
@@ -352,10 +347,9 @@ void TestScriptOptions::jsonKeepsBytesOfNames() {
         "print('ok')\n");
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
-    const ProgramRun python =
-        runProgram(QStringLiteral("/usr/bin/python3"),
-                   {QStringLiteral("-c"), script, QStringLiteral(BREVIO_CONVERT_BINARY)},
-                   environment, 120000, dir.path());
+    const ProgramRun python = runProgram(QStringLiteral("/usr/bin/python3"),
+                                         {QStringLiteral("-c"), script, converterProgram()},
+                                         environment, 120000, dir.path());
     QVERIFY(python.finished);
     QVERIFY2(python.status() == 0, python.err.constData());
     QCOMPARE(python.out, QByteArray("ok\n"));
@@ -391,12 +385,12 @@ void TestScriptOptions::language() {
         writeFile(dir.filePath(QStringLiteral("today")), QStringLiteral("a.json"), example());
     const QString asked =
         writeFile(dir.filePath(QStringLiteral("asked")), QStringLiteral("a.json"), example());
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("LANG"), locale);
-    environment.insert(QStringLiteral("LC_ALL"), locale);
-    environment.insert(QStringLiteral("LANGUAGE"), locale.left(2));
+    QProcessEnvironment localeSettings;
+    localeSettings.insert(QStringLiteral("LANG"), locale);
+    localeSettings.insert(QStringLiteral("LC_ALL"), locale);
+    localeSettings.insert(QStringLiteral("LANGUAGE"), locale.left(2));
     QCOMPARE(runConverter({today}).status(), 0);
-    QCOMPARE(runConverter(options + QStringList{asked}, QString(), false, environment).status(), 0);
+    QCOMPARE(runConverter(options + QStringList{asked}, QString(), localeSettings).status(), 0);
 
     const PdfReport reference(reportPathFor(today));
     const PdfReport report(reportPathFor(asked));

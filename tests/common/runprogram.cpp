@@ -31,6 +31,17 @@ ProgramRun runProgram(const QString& program, const QStringList& arguments,
     return StartedProgram(program, arguments, environment, workingFolder).finish(timeoutMs);
 }
 
+QString converterProgram() {
+    return QStringLiteral(BREVIO_CONVERT_BINARY);
+}
+
+ProgramRun runConverter(const QStringList& arguments, const QString& workingFolder,
+                        const QProcessEnvironment& extra, int timeoutMs) {
+    QProcessEnvironment environment = headlessEnvironment();
+    environment.insert(extra);
+    return runProgram(converterProgram(), arguments, environment, timeoutMs, workingFolder);
+}
+
 StartedProgram::StartedProgram(const QString& program, const QStringList& arguments,
                                const QProcessEnvironment& environment, const QString& workingFolder)
     : process_(new QProcess) {

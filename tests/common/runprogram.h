@@ -46,6 +46,16 @@ runProgram(const QString& program, const QStringList& arguments,
            const QProcessEnvironment& environment = QProcessEnvironment::systemEnvironment(),
            int timeoutMs = 120000, const QString& workingFolder = QString());
 
+// This build's brevio-convert.
+QString converterProgram();
+
+// Runs this build's brevio-convert as a terminal without a display runs it:
+// in headlessEnvironment() with the variables of extra added, from
+// workingFolder when one is given.
+ProgramRun runConverter(const QStringList& arguments, const QString& workingFolder = QString(),
+                        const QProcessEnvironment& extra = QProcessEnvironment(),
+                        int timeoutMs = 120000);
+
 // A child process the test acts on while it runs: it reads its output as it
 // comes, removes files under it, sends it a signal or closes its input, and
 // then lets it end with finish(). One that is never finished is killed

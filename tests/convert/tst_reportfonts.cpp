@@ -23,10 +23,10 @@ const QStringList bundledFaces = {QStringLiteral("BrevioSans"), QStringLiteral("
 // configuration needs a brevio-convert of its own.
 ProgramRun convertWithFonts(const QStringList& arguments,
                             const QString& fontconfigFile = QString()) {
-    QProcessEnvironment environment = headlessEnvironment();
+    QProcessEnvironment fonts;
     if (!fontconfigFile.isEmpty())
-        environment.insert(QStringLiteral("FONTCONFIG_FILE"), fontconfigFile);
-    return runProgram(QStringLiteral(BREVIO_CONVERT_BINARY), arguments, environment, 120000);
+        fonts.insert(QStringLiteral("FONTCONFIG_FILE"), fontconfigFile);
+    return runConverter(arguments, QString(), fonts, 120000);
 }
 
 // What fontconfig answers under a configuration, to show the configuration

@@ -8,13 +8,6 @@
 
 namespace reliability {
 
-ProgramRun runConverter(const QStringList& arguments, int timeoutMs,
-                        const QProcessEnvironment& extra) {
-    QProcessEnvironment environment = headlessEnvironment();
-    environment.insert(extra);
-    return runProgram(QStringLiteral(BREVIO_CONVERT_BINARY), arguments, environment, timeoutMs);
-}
-
 QByteArray fileHash(const QString& path) {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))

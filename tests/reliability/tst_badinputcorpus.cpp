@@ -242,7 +242,7 @@ ProgramRun convertCli(const Expectation& row, const QString& path) {
         const QStringList command = unprivileged(QStringLiteral(BREVIO_CONVERT_BINARY), {path});
         return runProgram(command.first(), command.mid(1), headlessEnvironment(), jobTimeoutMs);
     }
-    return runConverter({path}, jobTimeoutMs);
+    return runConverter({path}, QString(), QProcessEnvironment(), jobTimeoutMs);
 }
 
 // Finds one expected text: "[@PAGE ]TEXT[...]". PAGE counts from 1, from

@@ -94,13 +94,13 @@ void TestHungPrintService::brevioConvertDoesNotWait() {
     QTemporaryDir dir;
     const QString json = example(dir.path());
 
-    const ProgramRun usual = runConverter({json}, 120000);
+    const ProgramRun usual = runConverter({json});
     QCOMPARE(usual.status(), 0);
 
     SilentService service;
     QVERIFY(service.isListening());
     QVERIFY(QFile::remove(reportPathFor(json)));
-    const ProgramRun hung = runConverter({json}, 120000, pointedAt(service));
+    const ProgramRun hung = runConverter({json}, QString(), pointedAt(service), 120000);
     qInfo("brevio-convert: %lld ms as usual, %lld ms with a hung print service "
           "(%d connections to it)",
           usual.elapsedMs, hung.elapsedMs, service.connections);

@@ -198,7 +198,7 @@ void TestOutputSafety::reportNameTakenByFolder() {
     QCOMPARE(QDir(report).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
              QStringList{QStringLiteral("inside.txt")});
 
-    const ProgramRun cli = runConverter({json});
+    const ProgramRun cli = runConverter({json}, QString(), QProcessEnvironment(), 300000);
     QVERIFY2(cli.finished && !cli.crashed, qPrintable(cli.describe()));
     QCOMPARE(cli.status(), 1);
     QCOMPARE(withoutWarnings(cli.errText()),
@@ -294,7 +294,7 @@ void TestOutputSafety::linkToFullDeviceIsReplaced() {
 
     QVERIFY(QFile::remove(report));
     QVERIFY(QFile::link(QStringLiteral("/dev/full"), report));
-    const ProgramRun cli = runConverter({json});
+    const ProgramRun cli = runConverter({json}, QString(), QProcessEnvironment(), 300000);
     QVERIFY2(cli.finished && !cli.crashed, qPrintable(cli.describe()));
     QCOMPARE(cli.status(), 0);
     QCOMPARE(cli.outText(), report + QLatin1Char('\n'));

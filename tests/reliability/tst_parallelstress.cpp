@@ -44,7 +44,8 @@ void TestParallelStress::brevioConvertWithEightJobs() {
         hashes.append(QString::fromLatin1(fileHash(file)));
 
     const ProgramRun run =
-        runConverter(QStringList{QStringLiteral("--jobs"), QStringLiteral("8")} + files, 900000);
+        runConverter(QStringList{QStringLiteral("--jobs"), QStringLiteral("8")} + files, QString(),
+                     QProcessEnvironment(), 900000);
     QVERIFY2(run.finished && !run.crashed, qPrintable(run.describe()));
     QCOMPARE(run.status(), 0);
     QCOMPARE(withoutWarnings(run.errText()), QString());
