@@ -32,10 +32,6 @@ namespace {
 const QString exampleName = QString::fromUtf8("Name: L\xc3\xbc"
                                               "ftung Halle 2 \xe2\x80\x93 Zuluft");
 
-cButton* rowButton(ListWidgetContainer* row, const char* name) {
-    return row->findChild<cButton*>(QLatin1String(name));
-}
-
 cButton* convertAllButton(MainWindow& window) {
     return window.findChild<cButton*>(QStringLiteral("btnKonvert"));
 }
