@@ -5,8 +5,8 @@
 #include "app/listwidgetcontainer.h"
 #include "app/mainwindow.h"
 #include "convert/convert.h"
-#include "jobrunner.h"
 #include "pdfreport.h"
+#include "testfiles.h"
 #include "windowtest.h"
 
 #include <QCryptographicHash>

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Brevio developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "jobrunner.h"
 #include "pdfreport.h"
 #include "runprogram.h"
+#include "testfiles.h"
 
 #include <QCryptographicHash>
 #include <QDir>

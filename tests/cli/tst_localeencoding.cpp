@@ -7,8 +7,8 @@
 // locale cannot encode as escapes.
 
 #include "files/nameencoding.h"
-#include "jobrunner.h"
 #include "runprogram.h"
+#include "testfiles.h"
 
 #include <QDir>
 #include <QFile>

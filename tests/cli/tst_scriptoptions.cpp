@@ -4,9 +4,9 @@
 // brevio-convert for scripts: reports into a folder of their own
 // (-o/--output-dir), and one JSON object per file (--json).
 
-#include "jobrunner.h"
 #include "pdfreport.h"
 #include "runprogram.h"
+#include "testfiles.h"
 
 #include <QDir>
 #include <QFile>

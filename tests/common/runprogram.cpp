@@ -42,6 +42,15 @@ ProgramRun runConverter(const QStringList& arguments, const QString& workingFold
     return runProgram(converterProgram(), arguments, environment, timeoutMs, workingFolder);
 }
 
+QString withoutWarnings(const QString& err) {
+    QStringList kept;
+    const QStringList lines = err.split(QLatin1Char('\n'));
+    for (const QString& line : lines)
+        if (!line.contains(QLatin1String(": warning: ")))
+            kept << line;
+    return kept.join(QLatin1Char('\n'));
+}
+
 StartedProgram::StartedProgram(const QString& program, const QStringList& arguments,
                                const QProcessEnvironment& environment, const QString& workingFolder)
     : process_(new QProcess) {

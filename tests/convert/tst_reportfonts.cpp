@@ -7,6 +7,7 @@
 #include "jobrunner.h"
 #include "pdfreport.h"
 #include "runprogram.h"
+#include "testfiles.h"
 
 #include <QDir>
 #include <QFile>

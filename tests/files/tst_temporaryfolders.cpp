@@ -159,5 +159,5 @@ void TestTemporaryFolders::staleOnlyWhenCertain() {
         QVERIFY(QFileInfo::exists(folder + QStringLiteral("/a.pdf")));
 }
 
-QTEST_MAIN(TestTemporaryFolders)
+QTEST_GUILESS_MAIN(TestTemporaryFolders)
 #include "tst_temporaryfolders.moc"

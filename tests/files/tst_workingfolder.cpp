@@ -81,5 +81,5 @@ void TestWorkingFolder::removedFolder() {
              QStringLiteral("/srv/plant.json"));
 }
 
-QTEST_MAIN(TestWorkingFolder)
+QTEST_GUILESS_MAIN(TestWorkingFolder)
 #include "tst_workingfolder.moc"

@@ -4,9 +4,9 @@
 // Converts the bundled example with an installed brevio-convert, named by
 // BREVIO_INSTALLED_CONVERT, and reads the report back. The install and
 // package checks run it on what they installed.
-#include "jobrunner.h"
 #include "pdfreport.h"
 #include "runprogram.h"
+#include "testfiles.h"
 
 #include <QFile>
 #include <QProcessEnvironment>

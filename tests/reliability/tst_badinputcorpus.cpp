@@ -10,6 +10,7 @@
 #include "jobrunner.h"
 #include "pdfreport.h"
 #include "reliability.h"
+#include "testfiles.h"
 
 #include <QDir>
 #include <QFile>

@@ -8,8 +8,8 @@
 // temporary folder behind and prints nothing that is not true.
 
 #include "files/filenamecodec.h"
-#include "jobrunner.h"
 #include "reliability.h"
+#include "testfiles.h"
 
 #include <QDir>
 #include <QFile>

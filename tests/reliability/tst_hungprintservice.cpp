@@ -7,9 +7,9 @@
 // of its own, started with the same environment) are pointed at it through
 // CUPS_SERVER and must finish in about their usual time.
 
-#include "jobrunner.h"
 #include "pdfreport.h"
 #include "reliability.h"
+#include "testfiles.h"
 
 #include <QFile>
 #include <QTcpServer>

@@ -7,9 +7,9 @@
 // their places, and every job object must be gone afterwards. The figures
 // (wall time, peak memory) come from stress_convert.
 
-#include "jobrunner.h"
 #include "reliability.h"
 #include "stressfiles.h"
+#include "testfiles.h"
 
 #include "convert/convert.h"
 #include "convert/runonpool.h"

@@ -8,9 +8,9 @@
 // as a user would and checks the files afterwards, byte for byte.
 
 #include "files/filenamecodec.h"
-#include "jobrunner.h"
 #include "pdfreport.h"
 #include "reliability.h"
+#include "testfiles.h"
 
 #include <QDir>
 #include <QFile>

@@ -225,5 +225,7 @@ void TestWindowsReports::archiveChecksHold() {
     QVERIFY2(check.out.contains("6 reports checked, 0 failures"), output.constData());
 }
 
-QTEST_GUILESS_MAIN(TestWindowsReports)
+// A GUI application: linked with the report reader, the suite starts as the
+// programs start, and their report fonts need one.
+QTEST_MAIN(TestWindowsReports)
 #include "tst_windowsreports.moc"
