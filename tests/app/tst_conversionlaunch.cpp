@@ -5,8 +5,8 @@
 #include "app/listwidgetcontainer.h"
 #include "app/mainwindow.h"
 #include "convert/convert.h"
-#include "jobrunner.h"
 #include "pdfreport.h"
+#include "testfiles.h"
 #include "windowtest.h"
 
 #include <QCryptographicHash>
@@ -31,10 +31,6 @@ namespace {
 
 const QString exampleName = QString::fromUtf8("Name: L\xc3\xbc"
                                               "ftung Halle 2 \xe2\x80\x93 Zuluft");
-
-cButton* rowButton(ListWidgetContainer* row, const char* name) {
-    return row->findChild<cButton*>(QLatin1String(name));
-}
 
 cButton* convertAllButton(MainWindow& window) {
     return window.findChild<cButton*>(QStringLiteral("btnKonvert"));

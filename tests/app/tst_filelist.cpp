@@ -20,15 +20,6 @@
 
 namespace {
 
-cButton* rowButton(ListWidgetContainer* row, const char* name) {
-    return row->findChild<cButton*>(QLatin1String(name));
-}
-
-QString duplicateText(const QString& pdfPath) {
-    return QStringLiteral("Die Datei ") + pdfPath +
-           QStringLiteral(" befindest sich schon in der Liste");
-}
-
 // A file with some bytes in it, so that a test can tell it was not touched.
 QString makeFile(const QString& dir, const QString& name) {
     const QString path = QDir(dir).filePath(name);

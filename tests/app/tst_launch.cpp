@@ -4,45 +4,21 @@
 #include "app/launch.h"
 #include "app/listwidgetcontainer.h"
 #include "app/mainwindow.h"
+#include "runprogram.h"
 #include "windowtest.h"
 
 #include <QApplication>
 #include <QGuiApplication>
 #include <QIcon>
 #include <QListWidget>
-#include <QProcess>
-#include <QProcessEnvironment>
 #include <QStandardPaths>
 #include <QTest>
 
 namespace {
 
-struct Run {
-    int exitCode = -1;
-    bool crashed = false;
-    QString out;
-    QString err;
-};
-
 // The installed window as a terminal without any display would start it.
-Run runWithoutDisplay(const QStringList& arguments) {
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
-        environment.remove(QString::fromLatin1(name));
-    QProcess process;
-    process.setProcessEnvironment(environment);
-    process.start(QStringLiteral(BREVIO_BINARY), arguments);
-    Run run;
-    if (!process.waitForFinished(30000)) {
-        process.kill();
-        process.waitForFinished();
-        run.crashed = true;
-    }
-    run.crashed = run.crashed || process.exitStatus() == QProcess::CrashExit;
-    run.exitCode = process.exitCode();
-    run.out = QString::fromLocal8Bit(process.readAllStandardOutput());
-    run.err = QString::fromLocal8Bit(process.readAllStandardError());
-    return run;
+ProgramRun runWithoutDisplay(const QStringList& arguments) {
+    return runProgram(QStringLiteral(BREVIO_BINARY), arguments, headlessEnvironment(), 30000);
 }
 
 } // namespace
@@ -207,16 +183,17 @@ void TestLaunch::applicationIsDescribed() {
 void TestLaunch::helpAndVersionNeedNoDisplay() {
     // Without a display the window itself cannot start: the environment
     // really is display-less.
-    const Run window = runWithoutDisplay({});
-    QVERIFY(window.crashed || window.exitCode != 0);
+    const ProgramRun window = runWithoutDisplay({});
+    QVERIFY2(window.started, qPrintable(window.describe()));
+    QVERIFY2(window.status() != 0, qPrintable(window.describe()));
 
     for (const QString& option : {QStringLiteral("--help"), QStringLiteral("-h")}) {
-        const Run help = runWithoutDisplay({option, QStringLiteral("a.json")});
-        QVERIFY2(!help.crashed, qPrintable(help.err));
+        const ProgramRun help = runWithoutDisplay({option, QStringLiteral("a.json")});
+        QVERIFY2(help.finished && !help.crashed, qPrintable(help.describe()));
         QCOMPARE(help.exitCode, 0);
-        QVERIFY2(help.out.startsWith(QStringLiteral("Usage: ")), qPrintable(help.out));
-        QVERIFY(help.out.contains(QStringLiteral("[FILE...]")));
-        QVERIFY(help.out.contains(QStringLiteral("--version")));
+        QVERIFY2(help.outText().startsWith(QStringLiteral("Usage: ")), qPrintable(help.outText()));
+        QVERIFY(help.outText().contains(QStringLiteral("[FILE...]")));
+        QVERIFY(help.outText().contains(QStringLiteral("--version")));
     }
     // Qt's own options are left for the window, whose toolkit is never
     // started here.
@@ -225,26 +202,26 @@ void TestLaunch::helpAndVersionNeedNoDisplay() {
         {QStringLiteral("-v")},
         {QStringLiteral("-style"), QStringLiteral("fusion"), QStringLiteral("--version")}};
     for (const QStringList& arguments : versionRequests) {
-        const Run version = runWithoutDisplay(arguments);
-        QVERIFY2(!version.crashed, qPrintable(version.err));
+        const ProgramRun version = runWithoutDisplay(arguments);
+        QVERIFY2(version.finished && !version.crashed, qPrintable(version.describe()));
         QCOMPARE(version.exitCode, 0);
-        QCOMPARE(version.out, QStringLiteral("brevio " BREVIO_VERSION "\n"));
+        QCOMPARE(version.outText(), QStringLiteral("brevio " BREVIO_VERSION "\n"));
     }
 }
 
 void TestLaunch::mistakesNeedNoDisplay() {
-    const Run run = runWithoutDisplay({QStringLiteral("--bogus"), QStringLiteral("a.json")});
-    QVERIFY(!run.crashed);
+    const ProgramRun run = runWithoutDisplay({QStringLiteral("--bogus"), QStringLiteral("a.json")});
+    QVERIFY2(run.finished && !run.crashed, qPrintable(run.describe()));
     QCOMPARE(run.exitCode, 2);
-    QVERIFY2(run.err.startsWith(QStringLiteral("brevio: Unknown option 'bogus'.")),
-             qPrintable(run.err));
-    QCOMPARE(run.out, QString());
+    QVERIFY2(run.errText().startsWith(QStringLiteral("brevio: Unknown option 'bogus'.")),
+             qPrintable(run.errText()));
+    QCOMPARE(run.outText(), QString());
 
-    const Run mixed = runWithoutDisplay(
+    const ProgramRun mixed = runWithoutDisplay(
         {QStringLiteral("-platform"), QStringLiteral("xcb"), QStringLiteral("--bogus")});
-    QVERIFY(!mixed.crashed);
+    QVERIFY2(mixed.finished && !mixed.crashed, qPrintable(mixed.describe()));
     QCOMPARE(mixed.exitCode, 2);
-    QVERIFY2(mixed.err.contains(QStringLiteral("bogus")), qPrintable(mixed.err));
+    QVERIFY2(mixed.errText().contains(QStringLiteral("bogus")), qPrintable(mixed.errText()));
 }
 
 QTEST_MAIN(TestLaunch)

@@ -28,10 +28,6 @@ const char expectedStyleSheet[] =
     "border: 1px solid gray; border-radius:12px; margin:2px; text-align:center;}QProgressBar#"
     "pBarKonvert::chunk {background-color: #E30613; border-radius:12px; margin: 2px;}";
 
-cButton* button(ListWidgetContainer* row, const char* name) {
-    return row->findChild<cButton*>(QLatin1String(name));
-}
-
 } // namespace
 
 class TestListWidgetContainer : public QObject {
@@ -143,7 +139,7 @@ void TestListWidgetContainer::sizePolicies() {
     QCOMPARE(row.lineEdit->sizePolicy(), expanding);
     QCOMPARE(row.pBar->sizePolicy(), expanding);
     for (const char* name : {"btnDelete", "btnNewName", "btnKonvertier"}) {
-        const QSizePolicy policy = button(&row, name)->sizePolicy();
+        const QSizePolicy policy = rowButton(&row, name)->sizePolicy();
         QCOMPARE(policy, fixedWidth);
         QCOMPARE(policy.horizontalStretch(), 0);
         QCOMPARE(policy.verticalStretch(), 0);
@@ -264,7 +260,7 @@ void TestListWidgetContainer::squareButtons() {
     ListWidgetContainer* row = showRow(QStringLiteral("/data/a.pdf"));
     QVERIFY(row);
     for (const char* name : {"btnDelete", "btnNewName", "btnKonvertier"}) {
-        cButton* b = button(row, name);
+        cButton* b = rowButton(row, name);
         QCOMPARE(b->height(), 60);
         QCOMPARE(b->width(), 60);
     }
@@ -324,7 +320,7 @@ void TestListWidgetContainer::buttonsAskTheWindow() {
     QSignalSpy deleteMe(row, &ListWidgetContainer::deleteMe);
     QSignalSpy konvertMe(row, &ListWidgetContainer::konvertMe);
     QSignalSpy newName(row, &ListWidgetContainer::newName);
-    pointAndClick(button(row, buttonName.toLatin1().constData()));
+    pointAndClick(rowButton(row, buttonName.toLatin1().constData()));
     QCOMPARE(deleteMe.count(), deletes);
     QCOMPARE(konvertMe.count(), converts);
     QCOMPARE(newName.count(), 0);
@@ -359,7 +355,7 @@ void TestListWidgetContainer::rename() {
     QSignalSpy newName(row, &ListWidgetContainer::newName);
 
     ModalAnswerer answerer(typeSaveName(typed));
-    pointAndClick(button(row, "btnNewName"));
+    pointAndClick(rowButton(row, "btnNewName"));
 
     QCOMPARE(answerer.count(), 1);
     const ModalAnswerer::Seen& dialog = answerer.dialogs.first();
@@ -395,7 +391,7 @@ void TestListWidgetContainer::renameCancelled() {
     QSignalSpy newName(row, &ListWidgetContainer::newName);
 
     ModalAnswerer answerer(rejectDialog);
-    pointAndClick(button(row, "btnNewName"));
+    pointAndClick(rowButton(row, "btnNewName"));
 
     QCOMPARE(answerer.count(), 1);
     QCOMPARE(row->filePath, original);

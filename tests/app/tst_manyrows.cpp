@@ -30,7 +30,7 @@ QString configuration(int i) {
         .arg(i, 5, 10, QLatin1Char('0'));
 }
 
-QString report(int i) {
+QString reportPath(int i) {
     return QStringLiteral("/srv/anlagen/halle-3/messstelle-%1.pdf").arg(i, 5, 10, QLatin1Char('0'));
 }
 
@@ -41,16 +41,11 @@ QStringList configurations(int count) {
     return files;
 }
 
-QStringList reports(int count) {
+QStringList reportPaths(int count) {
     QStringList files;
     for (int i = 0; i < count; ++i)
-        files.append(report(i));
+        files.append(reportPath(i));
     return files;
-}
-
-QString duplicateText(const QString& pdfPath) {
-    return QStringLiteral("Die Datei ") + pdfPath +
-           QStringLiteral(" befindest sich schon in der Liste");
 }
 
 // Input that arrives while a batch is being listed: as soon as the first
@@ -98,7 +93,7 @@ void verifyAnsweredWhileListing(MainWindow& window, const InputProbe& probe, int
              qPrintable(QStringLiteral("input answered with %1 of %2 rows listed")
                             .arg(probe.rowsWhenAnswered)
                             .arg(rows)));
-    QCOMPARE(rowPaths(window), reports(rows));
+    QCOMPARE(rowPaths(window), reportPaths(rows));
 }
 
 } // namespace
@@ -193,10 +188,10 @@ void TestManyRows::orderAndBoxesAsForFewFiles() {
     QTest::qWait(200);
     QCOMPARE(answerer.count(), 3);
 
-    QCOMPARE(rowPaths(window), reports(manyRows));
+    QCOMPARE(rowPaths(window), reportPaths(manyRows));
     QCOMPARE(rowsUnderBox, (QList<int>{600, 1500, manyRows}));
-    const QStringList expectedTexts{duplicateText(report(599)), duplicateText(report(3)),
-                                    duplicateText(report(3))};
+    const QStringList expectedTexts{duplicateText(reportPath(599)), duplicateText(reportPath(3)),
+                                    duplicateText(reportPath(3))};
     for (int i = 0; i < 3; ++i) {
         QCOMPARE(answerer.dialogs.at(i).title, QStringLiteral("Fehler"));
         QCOMPARE(answerer.dialogs.at(i).text, expectedTexts.at(i));
@@ -233,10 +228,10 @@ void TestManyRows::laterBatchFollowsEarlierOne() {
         qPrintable(
             QStringLiteral("dropped with %1 of %2 rows listed").arg(rowsAtDrop).arg(manyRows)));
 
-    QStringList expected = reports(manyRows);
+    QStringList expected = reportPaths(manyRows);
     expected.append(QStringLiteral("/srv/anlagen/halle-4/neu.pdf"));
     QCOMPARE(rowPaths(window), expected);
-    QCOMPARE(answerer.dialogs.first().text, duplicateText(report(0)));
+    QCOMPARE(answerer.dialogs.first().text, duplicateText(reportPath(0)));
 }
 
 void TestManyRows::smallDropListedAtOnce() {
@@ -245,7 +240,7 @@ void TestManyRows::smallDropListedAtOnce() {
     ModalAnswerer unexpected;
     QVERIFY(dragAndDrop(
         &window, {QUrl::fromLocalFile(configuration(1)), QUrl::fromLocalFile(configuration(2))}));
-    QCOMPARE(rowPaths(window), (QStringList{report(1), report(2)}));
+    QCOMPARE(rowPaths(window), (QStringList{reportPath(1), reportPath(2)}));
     QCOMPARE(unexpected.count(), 0);
 }
 

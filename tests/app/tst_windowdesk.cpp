@@ -34,14 +34,6 @@ QString withoutMnemonic(QString text) {
     return text.remove(QLatin1Char('&'));
 }
 
-QStringList actionTexts(const QMenu* menu) {
-    QStringList texts;
-    for (const QAction* action : menu->actions())
-        if (!action->isSeparator())
-            texts.append(withoutMnemonic(action->text()).section(QLatin1Char('\t'), 0, 0));
-    return texts;
-}
-
 QAction* actionNamed(const QMenu* menu, const QString& text) {
     for (QAction* action : menu->actions())
         if (withoutMnemonic(action->text()).section(QLatin1Char('\t'), 0, 0) == text)
@@ -163,21 +155,7 @@ void TestWindowDesk::fileDialogSpeaksGerman() {
 }
 
 void TestWindowDesk::buttonsHaveNames_data() {
-    QTest::addColumn<bool>("inRow");
-    QTest::addColumn<QString>("objectName");
-    QTest::addColumn<QString>("name");
-    QTest::newRow("logo") << false << "btnLogo"
-                          << "Brevio";
-    QTest::newRow("open") << false << "btnBrows"
-                          << "Dateien öffnen";
-    QTest::newRow("convert all") << false << "btnKonvert"
-                                 << "Alle konvertieren";
-    QTest::newRow("remove") << true << "btnDelete"
-                            << "Entfernen";
-    QTest::newRow("rename") << true << "btnNewName"
-                            << "Bericht umbenennen";
-    QTest::newRow("convert") << true << "btnKonvertier"
-                             << "Konvertieren";
+    addButtonNameRows(QStringLiteral("de"));
 }
 
 void TestWindowDesk::buttonsHaveNames() {

@@ -11,7 +11,6 @@
 #include "windowtest.h"
 
 #include <QAccessible>
-#include <QAction>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
@@ -22,18 +21,6 @@
 #include <QTest>
 
 #include <memory>
-
-namespace {
-
-QStringList actionTexts(const QMenu* menu) {
-    QStringList texts;
-    for (const QAction* action : menu->actions())
-        if (!action->isSeparator())
-            texts.append(action->text().remove(QLatin1Char('&')).section(QLatin1Char('\t'), 0, 0));
-    return texts;
-}
-
-} // namespace
 
 class TestWindowEnglish : public QObject {
     Q_OBJECT
@@ -55,21 +42,7 @@ void TestWindowEnglish::initTestCase() {
 }
 
 void TestWindowEnglish::buttonsHaveEnglishNames_data() {
-    QTest::addColumn<bool>("inRow");
-    QTest::addColumn<QString>("objectName");
-    QTest::addColumn<QString>("name");
-    QTest::newRow("logo") << false << "btnLogo"
-                          << "Brevio";
-    QTest::newRow("open") << false << "btnBrows"
-                          << "Open files";
-    QTest::newRow("convert all") << false << "btnKonvert"
-                                 << "Convert all";
-    QTest::newRow("remove") << true << "btnDelete"
-                            << "Remove";
-    QTest::newRow("rename") << true << "btnNewName"
-                            << "Rename report";
-    QTest::newRow("convert") << true << "btnKonvertier"
-                             << "Convert";
+    addButtonNameRows(QStringLiteral("en"));
 }
 
 void TestWindowEnglish::buttonsHaveEnglishNames() {

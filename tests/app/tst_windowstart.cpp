@@ -1,44 +1,24 @@
 // SPDX-FileCopyrightText: 2026 The Brevio developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include <QProcess>
+#include "runprogram.h"
+
 #include <QProcessEnvironment>
 #include <QTemporaryDir>
 #include <QTest>
 
 namespace {
 
-struct Run {
-    int exitCode = -1;
-    bool crashed = false;
-    QString out;
-    QString err;
-};
-
 // The window's binary as a terminal, a cron job or an ssh session without
 // a display would start it; the environment's display variables are set
 // from the table, everything else is removed.
-Run runBrevio(const QStringList& arguments, const QStringList& environmentSettings) {
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "XDG_RUNTIME_DIR"})
-        environment.remove(QString::fromLatin1(name));
+ProgramRun runBrevio(const QStringList& arguments, const QStringList& environmentSettings) {
+    QProcessEnvironment environment = headlessEnvironment();
+    environment.remove(QStringLiteral("XDG_RUNTIME_DIR"));
     for (const QString& setting : environmentSettings)
         environment.insert(setting.section(QLatin1Char('='), 0, 0),
                            setting.section(QLatin1Char('='), 1));
-    QProcess process;
-    process.setProcessEnvironment(environment);
-    process.start(QStringLiteral(BREVIO_BINARY), arguments);
-    Run run;
-    if (!process.waitForFinished(30000)) {
-        process.kill();
-        process.waitForFinished();
-        run.crashed = true;
-    }
-    run.crashed = run.crashed || process.exitStatus() == QProcess::CrashExit;
-    run.exitCode = process.exitCode();
-    run.out = QString::fromLocal8Bit(process.readAllStandardOutput());
-    run.err = QString::fromLocal8Bit(process.readAllStandardError());
-    return run;
+    return runProgram(QStringLiteral(BREVIO_BINARY), arguments, environment, 30000);
 }
 
 const QString noDisplayLine =
@@ -81,15 +61,16 @@ void TestWindowStart::noDisplay() {
     QFETCH(QStringList, arguments);
     QFETCH(QStringList, environment);
     QFETCH(bool, onlyOurLine);
-    const Run run = runBrevio(arguments, environment);
-    QVERIFY2(!run.crashed, qPrintable(run.err));
+    const ProgramRun run = runBrevio(arguments, environment);
+    QVERIFY2(run.finished && !run.crashed, qPrintable(run.describe()));
     QCOMPARE(run.exitCode, 1);
-    QCOMPARE(run.out, QString());
+    QCOMPARE(run.outText(), QString());
+    const QString err = run.errText();
     if (onlyOurLine)
-        QCOMPARE(run.err, noDisplayLine);
+        QCOMPARE(err, noDisplayLine);
     else
-        QVERIFY2(run.err.endsWith(noDisplayLine), qPrintable(run.err));
-    QVERIFY2(!run.err.contains(QLatin1String("Reinstalling")), qPrintable(run.err));
+        QVERIFY2(err.endsWith(noDisplayLine), qPrintable(err));
+    QVERIFY2(!err.contains(QLatin1String("Reinstalling")), qPrintable(err));
 }
 
 void TestWindowStart::helpAllWithoutDisplay_data() {
@@ -101,17 +82,19 @@ void TestWindowStart::helpAllWithoutDisplay_data() {
 
 void TestWindowStart::helpAllWithoutDisplay() {
     QFETCH(QStringList, arguments);
-    const Run run = runBrevio(arguments, {});
-    QVERIFY2(!run.crashed, qPrintable(run.err));
+    const ProgramRun run = runBrevio(arguments, {});
+    QVERIFY2(run.finished && !run.crashed, qPrintable(run.describe()));
     QCOMPARE(run.exitCode, 0);
-    QVERIFY2(!run.err.contains(QLatin1String("brevio:")), qPrintable(run.err));
-    QVERIFY2(!run.err.contains(QLatin1String("Reinstalling")), qPrintable(run.err));
-    QVERIFY2(run.out.startsWith(QLatin1String("Usage: ")), qPrintable(run.out));
-    QVERIFY(run.out.contains(QLatin1String("[FILE...]")));
-    QVERIFY(run.out.contains(QLatin1String("--new-window")));
+    const QString out = run.outText();
+    const QString err = run.errText();
+    QVERIFY2(!err.contains(QLatin1String("brevio:")), qPrintable(err));
+    QVERIFY2(!err.contains(QLatin1String("Reinstalling")), qPrintable(err));
+    QVERIFY2(out.startsWith(QLatin1String("Usage: ")), qPrintable(out));
+    QVERIFY(out.contains(QLatin1String("[FILE...]")));
+    QVERIFY(out.contains(QLatin1String("--new-window")));
     // Qt's own options, which only a GUI application lists.
-    QVERIFY2(run.out.contains(QLatin1String("-platform")), qPrintable(run.out));
-    QVERIFY(run.out.contains(QLatin1String("-reverse")));
+    QVERIFY2(out.contains(QLatin1String("-platform")), qPrintable(out));
+    QVERIFY(out.contains(QLatin1String("-reverse")));
 }
 
 QTEST_GUILESS_MAIN(TestWindowStart)

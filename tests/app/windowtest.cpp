@@ -3,6 +3,7 @@
 
 #include "windowtest.h"
 
+#include "app/cbutton.h"
 #include "app/listwidgetcontainer.h"
 #include "app/mainwindow.h"
 #include "convert/convert.h"
@@ -15,6 +16,7 @@
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMenu>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QMouseEvent>
@@ -322,4 +324,45 @@ QStringList rowPaths(MainWindow& window) {
         paths.append(row ? row->filePath : QStringLiteral("<no row>"));
     }
     return paths;
+}
+
+cButton* rowButton(ListWidgetContainer* row, const char* objectName) {
+    return row ? row->findChild<cButton*>(QLatin1String(objectName)) : nullptr;
+}
+
+QString duplicateText(const QString& reportPath) {
+    return QStringLiteral("Die Datei ") + reportPath +
+           QStringLiteral(" befindest sich schon in der Liste");
+}
+
+QStringList actionTexts(const QMenu* menu) {
+    QStringList texts;
+    for (const QAction* action : menu->actions())
+        if (!action->isSeparator())
+            texts.append(action->text().remove(QLatin1Char('&')).section(QLatin1Char('\t'), 0, 0));
+    return texts;
+}
+
+// ------------------------------------------------------------ Button names
+
+const QVector<ButtonName>& buttonNames() {
+    static const QVector<ButtonName> names{
+        {"logo", false, "btnLogo", "Brevio", "Brevio"},
+        {"open", false, "btnBrows", "Dateien öffnen", "Open files"},
+        {"convert all", false, "btnKonvert", "Alle konvertieren", "Convert all"},
+        {"remove", true, "btnDelete", "Entfernen", "Remove"},
+        {"rename", true, "btnNewName", "Bericht umbenennen", "Rename report"},
+        {"convert", true, "btnKonvertier", "Konvertieren", "Convert"},
+    };
+    return names;
+}
+
+void addButtonNameRows(const QString& language) {
+    QTest::addColumn<bool>("inRow");
+    QTest::addColumn<QString>("objectName");
+    QTest::addColumn<QString>("name");
+    const bool english = language == QLatin1String("en");
+    for (const ButtonName& button : buttonNames())
+        QTest::newRow(button.tag) << button.inRow << QString::fromLatin1(button.objectName)
+                                  << QString::fromUtf8(english ? button.english : button.german);
 }

@@ -10,13 +10,16 @@
 #include <QStringList>
 #include <QTimer>
 #include <QUrl>
+#include <QVector>
 
 #include <functional>
 
+class cButton;
 class ListWidgetContainer;
 class MainWindow;
 class QAbstractButton;
 class QListWidget;
+class QMenu;
 class QWidget;
 class QFileDialog;
 class QMessageBox;
@@ -26,6 +29,31 @@ class QMessageBox;
 QListWidget* listOf(MainWindow& window);
 ListWidgetContainer* rowAt(MainWindow& window, int index);
 QStringList rowPaths(MainWindow& window);
+// One of a row's buttons, by its object name.
+cButton* rowButton(ListWidgetContainer* row, const char* objectName);
+
+// What the German box says when a file's report is already listed.
+QString duplicateText(const QString& reportPath);
+
+// A menu's entries as the user reads them: no separators, no mnemonic
+// ampersands, no shortcuts.
+QStringList actionTexts(const QMenu* menu);
+
+// The window's buttons show only pictures; each carries its name as its
+// tooltip, which is also what a screen reader says. One row per button,
+// with its name in both languages.
+struct ButtonName {
+    const char* tag;
+    // In a file's row rather than in the window's header.
+    bool inRow;
+    const char* objectName;
+    const char* german;
+    const char* english;
+};
+const QVector<ButtonName>& buttonNames();
+// Fills the current test's data table from buttonNames(): the columns
+// inRow, objectName and name, the name in language ("de" or "en").
+void addButtonNameRows(const QString& language);
 
 // Collects everything logged through qDebug and friends while it lives,
 // then hands the handler back to the test framework.

@@ -6,7 +6,7 @@
 // refused, missing, shared and failed file, in text and as JSON.
 
 #include "cli/batchconverter.h"
-#include "jobrunner.h"
+#include "testfiles.h"
 
 #include <QDir>
 #include <QSignalSpy>

@@ -1,50 +1,17 @@
 // SPDX-FileCopyrightText: 2026 The Brevio developers
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "jobrunner.h"
 #include "pdfreport.h"
+#include "runprogram.h"
+#include "testfiles.h"
 
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFileInfo>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
 namespace {
-
-struct Run {
-    int exitCode = -1;
-    QString out;
-    QString err;
-    bool crashed = false;
-};
-
-Run runConverter(const QStringList& arguments, const QString& workingDir = QString(),
-                 bool withoutDisplay = true) {
-    QProcess process;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    if (withoutDisplay) {
-        environment.remove(QStringLiteral("QT_QPA_PLATFORM"));
-        environment.remove(QStringLiteral("DISPLAY"));
-        environment.remove(QStringLiteral("WAYLAND_DISPLAY"));
-    }
-    process.setProcessEnvironment(environment);
-    if (!workingDir.isEmpty())
-        process.setWorkingDirectory(workingDir);
-    process.start(QStringLiteral(BREVIO_CONVERT_BINARY), arguments);
-    Run run;
-    if (!process.waitForFinished(120000)) {
-        process.kill();
-        process.waitForFinished();
-        return run;
-    }
-    run.crashed = process.exitStatus() != QProcess::NormalExit;
-    run.exitCode = process.exitCode();
-    run.out = QString::fromLocal8Bit(process.readAllStandardOutput());
-    run.err = QString::fromLocal8Bit(process.readAllStandardError());
-    return run;
-}
 
 QString typicalConfiguration() {
     QFile file(exampleFile(QStringLiteral("pressure-transmitter.json")));
@@ -78,15 +45,15 @@ void TestBrevioConvert::convertsWithoutDisplay() {
     QTemporaryDir dir;
     const QString path =
         writeFile(dir.path(), QStringLiteral("anlage.json"), typicalConfiguration().toUtf8());
-    const Run run = runConverter({path});
-    QCOMPARE(run.exitCode, 0);
-    QCOMPARE(run.out, dir.filePath(QStringLiteral("anlage.pdf")) + QLatin1Char('\n'));
+    const ProgramRun run = runConverter({path});
+    QCOMPARE(run.status(), 0);
+    QCOMPARE(run.outText(), dir.filePath(QStringLiteral("anlage.pdf")) + QLatin1Char('\n'));
     // The example's maker name is wider than its column: the report cuts it
     // at the edge, as its layout says, and the user is told what was cut.
-    QCOMPARE(run.err, QStringLiteral("brevio-convert: ") + path +
-                          QStringLiteral(": warning: 1 text is cut off at the column edge: "
-                                         "\"Hersteller: Rosenberg/Comefri/Gebhardt Nic") +
-                          QChar(0x2026) + QStringLiteral("\"\n"));
+    QCOMPARE(run.errText(), QStringLiteral("brevio-convert: ") + path +
+                                QStringLiteral(": warning: 1 text is cut off at the column edge: "
+                                               "\"Hersteller: Rosenberg/Comefri/Gebhardt Nic") +
+                                QChar(0x2026) + QStringLiteral("\"\n"));
     PdfReport report(dir.filePath(QStringLiteral("anlage.pdf")));
     QVERIFY(report.isValid());
     QVERIFY(!report.line(0, QStringLiteral("Allgemeine Einstellungen:")).isNull());
@@ -98,9 +65,9 @@ void TestBrevioConvert::relativePathGetsAbsoluteReport() {
     QTemporaryDir dir;
     QVERIFY(QDir(dir.path()).mkdir(QStringLiteral("sub")));
     writeFile(dir.filePath(QStringLiteral("sub")), QStringLiteral("a.json"), "{}");
-    const Run run = runConverter({QStringLiteral("sub/a.json")}, dir.path());
-    QCOMPARE(run.exitCode, 0);
-    QCOMPARE(run.out, dir.filePath(QStringLiteral("sub/a.pdf")) + QLatin1Char('\n'));
+    const ProgramRun run = runConverter({QStringLiteral("sub/a.json")}, dir.path());
+    QCOMPARE(run.status(), 0);
+    QCOMPARE(run.outText(), dir.filePath(QStringLiteral("sub/a.pdf")) + QLatin1Char('\n'));
     PdfReport report(dir.filePath(QStringLiteral("sub/a.pdf")));
     QVERIFY(!report.line(0, dir.filePath(QStringLiteral("sub/a.json"))).isNull());
 }
@@ -139,11 +106,11 @@ void TestBrevioConvert::refusedFiles() {
     else if (kind == QLatin1String("dir"))
         QVERIFY(QDir(dir.path()).mkdir(name));
 
-    const Run run = runConverter({path});
-    QCOMPARE(run.exitCode, 1);
-    QCOMPARE(run.out, QString());
-    QCOMPARE(run.err, QStringLiteral("brevio-convert: ") + path + QStringLiteral(": ") + reason +
-                          QLatin1Char('\n'));
+    const ProgramRun run = runConverter({path});
+    QCOMPARE(run.status(), 1);
+    QCOMPARE(run.outText(), QString());
+    QCOMPARE(run.errText(), QStringLiteral("brevio-convert: ") + path + QStringLiteral(": ") +
+                                reason + QLatin1Char('\n'));
     QVERIFY(!QFileInfo::exists(reportPathFor(path)) || reportPathFor(path) == path);
 }
 
@@ -176,10 +143,10 @@ void TestBrevioConvert::invalidJsonIsConvertedWithWarning() {
     QFETCH(QString, warning);
     QTemporaryDir dir;
     const QString path = writeFile(dir.path(), QStringLiteral("bad.json"), content);
-    const Run run = runConverter({path});
-    QCOMPARE(run.exitCode, 0);
-    QCOMPARE(run.out, dir.filePath(QStringLiteral("bad.pdf")) + QLatin1Char('\n'));
-    QCOMPARE(run.err,
+    const ProgramRun run = runConverter({path});
+    QCOMPARE(run.status(), 0);
+    QCOMPARE(run.outText(), dir.filePath(QStringLiteral("bad.pdf")) + QLatin1Char('\n'));
+    QCOMPARE(run.errText(),
              QStringLiteral("brevio-convert: ") + path + QStringLiteral(": ") + warning + "\n");
     QVERIFY(PdfReport(dir.filePath(QStringLiteral("bad.pdf"))).isValid());
 }
@@ -190,11 +157,11 @@ void TestBrevioConvert::mixedFilesReportInGivenOrder() {
     const QString good1 = writeFile(dir.path(), QStringLiteral("one.json"), configuration);
     const QString bad = dir.filePath(QStringLiteral("missing.json"));
     const QString good2 = writeFile(dir.path(), QStringLiteral("two.json"), configuration);
-    const Run run = runConverter({good1, bad, good2});
-    QCOMPARE(run.exitCode, 1);
-    QCOMPARE(run.out, reportPathFor(good1) + "\n" + reportPathFor(good2) + "\n");
-    QCOMPARE(run.err, QStringLiteral("brevio-convert: ") + bad +
-                          QStringLiteral(": cannot be opened: No such file or directory\n"));
+    const ProgramRun run = runConverter({good1, bad, good2});
+    QCOMPARE(run.status(), 1);
+    QCOMPARE(run.outText(), reportPathFor(good1) + "\n" + reportPathFor(good2) + "\n");
+    QCOMPARE(run.errText(), QStringLiteral("brevio-convert: ") + bad +
+                                QStringLiteral(": cannot be opened: No such file or directory\n"));
 }
 
 void TestBrevioConvert::reportNotWritten() {
@@ -203,11 +170,11 @@ void TestBrevioConvert::reportNotWritten() {
     const QString path = writeFile(dir.path(), QStringLiteral("blocked.json"),
                                    "{\"configuration\": {\"name\": \"Halle\"}}");
     QVERIFY(QDir(dir.path()).mkdir(QStringLiteral("blocked.pdf")));
-    const Run run = runConverter({path});
-    QCOMPARE(run.exitCode, 1);
-    QCOMPARE(run.out, QString());
-    QCOMPARE(run.err, QStringLiteral("brevio-convert: ") + path +
-                          QStringLiteral(": report not written: Is a directory\n"));
+    const ProgramRun run = runConverter({path});
+    QCOMPARE(run.status(), 1);
+    QCOMPARE(run.outText(), QString());
+    QCOMPARE(run.errText(), QStringLiteral("brevio-convert: ") + path +
+                                QStringLiteral(": report not written: Is a directory\n"));
 }
 
 void TestBrevioConvert::usageErrors_data() {
@@ -229,21 +196,21 @@ void TestBrevioConvert::usageErrors_data() {
 void TestBrevioConvert::usageErrors() {
     QFETCH(QStringList, arguments);
     QFETCH(QString, firstLine);
-    const Run run = runConverter(arguments);
-    QCOMPARE(run.exitCode, 2);
-    QCOMPARE(run.out, QString());
-    QCOMPARE(run.err.section(QLatin1Char('\n'), 0, 0), firstLine);
-    QVERIFY(run.err.contains(QLatin1String("Usage: ")));
+    const ProgramRun run = runConverter(arguments);
+    QCOMPARE(run.status(), 2);
+    QCOMPARE(run.outText(), QString());
+    QCOMPARE(run.errText().section(QLatin1Char('\n'), 0, 0), firstLine);
+    QVERIFY(run.errText().contains(QLatin1String("Usage: ")));
 }
 
 void TestBrevioConvert::helpAndVersion() {
-    const Run help = runConverter({QStringLiteral("--help")});
-    QCOMPARE(help.exitCode, 0);
-    QVERIFY(help.out.contains(QLatin1String("--jobs <N>")));
-    QVERIFY(help.out.contains(QLatin1String("FILE...")));
-    const Run version = runConverter({QStringLiteral("--version")});
-    QCOMPARE(version.exitCode, 0);
-    QVERIFY(version.out.startsWith(QLatin1String("brevio-convert ")));
+    const ProgramRun help = runConverter({QStringLiteral("--help")});
+    QCOMPARE(help.status(), 0);
+    QVERIFY(help.outText().contains(QLatin1String("--jobs <N>")));
+    QVERIFY(help.outText().contains(QLatin1String("FILE...")));
+    const ProgramRun version = runConverter({QStringLiteral("--version")});
+    QCOMPARE(version.status(), 0);
+    QVERIFY(version.outText().startsWith(QLatin1String("brevio-convert ")));
 }
 
 void TestBrevioConvert::manyFilesWithSeveralJobs() {
@@ -253,13 +220,13 @@ void TestBrevioConvert::manyFilesWithSeveralJobs() {
         files.append(writeFile(
             dir.path(), QStringLiteral("anlage-%1.json").arg(i),
             QStringLiteral("{\"configuration\":{\"name\":\"Anlage %1\"}}").arg(i).toUtf8()));
-    const Run run =
+    const ProgramRun run =
         runConverter(QStringList{QStringLiteral("--jobs"), QStringLiteral("4")} + files);
-    QCOMPARE(run.exitCode, 0);
+    QCOMPARE(run.status(), 0);
     QStringList expected;
     for (const QString& file : files)
         expected.append(reportPathFor(file));
-    QCOMPARE(run.out.split(QLatin1Char('\n'), Qt::SkipEmptyParts), expected);
+    QCOMPARE(run.outText().split(QLatin1Char('\n'), Qt::SkipEmptyParts), expected);
     for (int i = 0; i < files.size(); ++i) {
         PdfReport report(expected[i]);
         QVERIFY2(!report.line(0, QStringLiteral("Name: Anlage %1").arg(i)).isNull(),
@@ -286,7 +253,6 @@ void TestBrevioConvert::eachFileOpenedOnce() {
     QTemporaryDir dir;
     const QString path = writeFile(dir.path(), QStringLiteral("anlage.json"), content);
     const QString trace = dir.filePath(QStringLiteral("trace"));
-    QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.remove(QStringLiteral("DISPLAY"));
     // LeakSanitizer stops the process with ptrace to look for leaks, which
@@ -295,20 +261,19 @@ void TestBrevioConvert::eachFileOpenedOnce() {
     const QString asan = environment.value(QStringLiteral("ASAN_OPTIONS"));
     environment.insert(QStringLiteral("ASAN_OPTIONS"),
                        asan + (asan.isEmpty() ? "" : ":") + QStringLiteral("detect_leaks=0"));
-    process.setProcessEnvironment(environment);
-    process.start(QStringLiteral("strace"),
-                  {QStringLiteral("-f"), QStringLiteral("-qq"), QStringLiteral("-e"),
-                   QStringLiteral("trace=open,openat,openat2,creat"), QStringLiteral("-o"), trace,
-                   QStringLiteral(BREVIO_CONVERT_BINARY), path});
-    QVERIFY2(process.waitForFinished(120000), "strace did not end");
-    const QString err = QString::fromLocal8Bit(process.readAllStandardError());
-    QVERIFY2(process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0,
-             qPrintable(QStringLiteral("exit %1 (%2)\n")
-                            .arg(process.exitCode())
-                            .arg(process.exitStatus() == QProcess::NormalExit
-                                     ? QStringLiteral("normal")
-                                     : QStringLiteral("crashed")) +
-                        err));
+    const ProgramRun run =
+        runProgram(QStringLiteral("strace"),
+                   {QStringLiteral("-f"), QStringLiteral("-qq"), QStringLiteral("-e"),
+                    QStringLiteral("trace=open,openat,openat2,creat"), QStringLiteral("-o"), trace,
+                    converterProgram(), path},
+                   environment, 120000);
+    QVERIFY2(run.finished, "strace did not end");
+    const QString err = run.errText();
+    QVERIFY2(run.status() == 0, qPrintable(QStringLiteral("exit %1 (%2)\n")
+                                               .arg(run.exitCode)
+                                               .arg(run.crashed ? QStringLiteral("crashed")
+                                                                : QStringLiteral("normal")) +
+                                           err));
     QCOMPARE(err.contains(warning), true);
 
     QFile log(trace);

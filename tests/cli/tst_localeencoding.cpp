@@ -7,8 +7,8 @@
 // locale cannot encode as escapes.
 
 #include "files/nameencoding.h"
-#include "jobrunner.h"
 #include "runprogram.h"
+#include "testfiles.h"
 
 #include <QDir>
 #include <QFile>
@@ -54,7 +54,7 @@ private slots:
     void unencodableTextIsEscaped();
 
 private:
-    QString converter = QStringLiteral(BREVIO_CONVERT_BINARY);
+    QString converter = converterProgram();
 };
 
 void TestLocaleEncoding::initTestCase() {

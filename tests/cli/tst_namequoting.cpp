@@ -7,8 +7,8 @@
 // name can be pasted back into a shell.
 
 #include "cli/namequoting.h"
+#include "runprogram.h"
 
-#include <QProcess>
 #include <QTest>
 
 class TestNameQuoting : public QObject {
@@ -72,11 +72,12 @@ void TestNameQuoting::readBackByTheShell_data() {
 // bash reads the quoted form back as the name itself.
 void TestNameQuoting::readBackByTheShell() {
     QFETCH(QString, name);
-    QProcess shell;
-    shell.start(QStringLiteral("bash"),
-                {QStringLiteral("-c"), QStringLiteral("printf %s ") + nameQuoting::quoted(name)});
-    QVERIFY(shell.waitForFinished());
-    QCOMPARE(QString::fromUtf8(shell.readAllStandardOutput()), name);
+    const ProgramRun shell =
+        runProgram(QStringLiteral("bash"),
+                   {QStringLiteral("-c"), QStringLiteral("printf %s ") + nameQuoting::quoted(name)},
+                   QProcessEnvironment::systemEnvironment(), 30000);
+    QVERIFY2(shell.finished, qPrintable(shell.describe()));
+    QCOMPARE(QString::fromUtf8(shell.out), name);
 }
 
 QTEST_MAIN(TestNameQuoting)

@@ -4,8 +4,9 @@
 // brevio-convert for scripts: reports into a folder of their own
 // (-o/--output-dir), and one JSON object per file (--json).
 
-#include "jobrunner.h"
 #include "pdfreport.h"
+#include "runprogram.h"
+#include "testfiles.h"
 
 #include <QDir>
 #include <QFile>
@@ -13,7 +14,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -22,41 +22,11 @@
 
 namespace {
 
-struct Run {
-    int exitCode = -1;
-    QByteArray out;
-    QString err;
-};
-
-// Runs brevio-convert; as root, as the user nobody when asked, since root
+// brevio-convert as the user nobody when the test runs as root, since root
 // writes into read-only folders anyway.
-Run runConverter(
-    const QStringList& arguments, const QString& workingDir = QString(), bool unprivileged = false,
-    const QProcessEnvironment& environment = QProcessEnvironment::systemEnvironment()) {
-    QString program = QStringLiteral(BREVIO_CONVERT_BINARY);
-    QStringList all = arguments;
-    if (unprivileged && geteuid() == 0) {
-        all = QStringList{QStringLiteral("--reuid=65534"), QStringLiteral("--regid=65534"),
-                          QStringLiteral("--clear-groups"), QStringLiteral("--"), program} +
-              arguments;
-        program = QStringLiteral("setpriv");
-    }
-    QProcess process;
-    process.setProcessEnvironment(environment);
-    if (!workingDir.isEmpty())
-        process.setWorkingDirectory(workingDir);
-    process.start(program, all);
-    Run run;
-    if (!process.waitForFinished(120000)) {
-        process.kill();
-        process.waitForFinished();
-        return run;
-    }
-    if (process.exitStatus() == QProcess::NormalExit)
-        run.exitCode = process.exitCode();
-    run.out = process.readAllStandardOutput();
-    run.err = QString::fromLocal8Bit(process.readAllStandardError());
-    return run;
+ProgramRun runConverterAsNobody(const QStringList& arguments) {
+    const QStringList command = unprivileged(converterProgram(), arguments);
+    return runProgram(command.first(), command.mid(1), headlessEnvironment(), 120000);
 }
 
 QByteArray example() {
@@ -145,9 +115,9 @@ void TestScriptOptions::outputFolder() {
     const QString json = writeFile(configurationFolder, name, example());
     const QString output = dir.filePath(outputName);
 
-    const Run run = runConverter({QStringLiteral("-o"), relativeOutput ? outputName : output, json},
-                                 dir.path());
-    QCOMPARE(run.exitCode, 0);
+    const ProgramRun run = runConverter(
+        {QStringLiteral("-o"), relativeOutput ? outputName : output, json}, dir.path());
+    QCOMPARE(run.status(), 0);
     const QString expected = QDir(output).filePath(report);
     QCOMPARE(QString::fromUtf8(run.out), expected + QLatin1Char('\n'));
     PdfReport pdf(expected);
@@ -180,18 +150,18 @@ void TestScriptOptions::outputFolderSharedReport() {
                  : writeFile(dir.filePath(QStringLiteral("y")), QStringLiteral("a.json"),
                              "{\"configuration\": {\"name\": \"Halle\"}}");
 
-    const Run run = runConverter(
+    const ProgramRun run = runConverter(
         {QStringLiteral("--output-dir"), dir.filePath(QStringLiteral("out")), first, second});
-    QCOMPARE(run.exitCode, exitCode);
+    QCOMPARE(run.status(), exitCode);
     // The same file twice is converted once, for both names: the report is
     // listed for each, the second with a note; another file is refused.
     const QString report = dir.filePath(QStringLiteral("out/a.pdf")) + QLatin1Char('\n');
     QCOMPARE(QString::fromUtf8(run.out), sameFile ? report + report : report);
-    QVERIFY2(run.err.endsWith(QStringLiteral("brevio-convert: ") + second +
-                              (sameFile ? QStringLiteral(": warning: same report as ")
-                                        : QStringLiteral(": same report as ")) +
-                              first + QLatin1Char('\n')),
-             qPrintable(run.err));
+    QVERIFY2(run.errText().endsWith(QStringLiteral("brevio-convert: ") + second +
+                                    (sameFile ? QStringLiteral(": warning: same report as ")
+                                              : QStringLiteral(": same report as ")) +
+                                    first + QLatin1Char('\n')),
+             qPrintable(run.errText()));
     // The report is the first file's.
     PdfReport pdf(dir.filePath(QStringLiteral("out/a.pdf")));
     QVERIFY(pdf.isValid());
@@ -217,13 +187,14 @@ void TestScriptOptions::readOnlyConfigurationFolder() {
 
     // Beside the configuration, the report cannot be written, and the
     // system says why.
-    const Run refused = runConverter({json}, QString(), true);
-    QCOMPARE(refused.exitCode, 1);
-    QVERIFY2(refused.err.endsWith(QStringLiteral(": report not written: Permission denied\n")),
-             qPrintable(refused.err));
+    const ProgramRun refused = runConverterAsNobody({json});
+    QCOMPARE(refused.status(), 1);
+    QVERIFY2(
+        refused.errText().endsWith(QStringLiteral(": report not written: Permission denied\n")),
+        qPrintable(refused.errText()));
 
-    const Run run = runConverter({QStringLiteral("-o"), output, json}, QString(), true);
-    QCOMPARE(run.exitCode, 0);
+    const ProgramRun run = runConverterAsNobody({QStringLiteral("-o"), output, json});
+    QCOMPARE(run.status(), 0);
     QCOMPARE(QString::fromUtf8(run.out),
              QDir(output).filePath(QStringLiteral("anlage.pdf")) + QLatin1Char('\n'));
     QVERIFY(PdfReport(QDir(output).filePath(QStringLiteral("anlage.pdf"))).isValid());
@@ -247,14 +218,14 @@ void TestScriptOptions::badOutputFolder() {
     const QString json = writeFile(dir.path(), QStringLiteral("a.json"), example());
     if (isFile)
         writeFile(dir.path(), given, "text");
-    const Run run = runConverter({QStringLiteral("-o"), given, json}, dir.path());
-    QCOMPARE(run.exitCode, 2);
+    const ProgramRun run = runConverter({QStringLiteral("-o"), given, json}, dir.path());
+    QCOMPARE(run.status(), 2);
     QCOMPARE(run.out, QByteArray());
     QVERIFY2(
-        run.err.startsWith(
+        run.errText().startsWith(
             QStringLiteral("brevio-convert: --output-dir needs an existing folder, not \"%1\"\n")
                 .arg(given)),
-        qPrintable(run.err));
+        qPrintable(run.errText()));
     QVERIFY(!QFileInfo::exists(dir.filePath(QStringLiteral("a.pdf"))));
 }
 
@@ -265,10 +236,11 @@ void TestScriptOptions::jsonRecords() {
     const QString wrongName = writeFile(dir.path(), QStringLiteral("b.JSON"), example());
     const QString empty = writeFile(dir.path(), QStringLiteral("leer.json"), "");
 
-    const Run run = runConverter({QStringLiteral("--json"), good, missing, wrongName, empty, good});
-    QCOMPARE(run.exitCode, 1);
+    const ProgramRun run =
+        runConverter({QStringLiteral("--json"), good, missing, wrongName, empty, good});
+    QCOMPARE(run.status(), 1);
     // Nothing on stderr: every result is in the JSON.
-    QCOMPARE(run.err, QString());
+    QCOMPARE(run.errText(), QString());
     const QVector<QJsonObject> records = jsonLines(run.out);
     QCOMPARE(records.size(), 5);
 
@@ -323,18 +295,19 @@ void TestScriptOptions::failedFileGivenTwice() {
     QStringList arguments{QStringLiteral("d.json"), QStringLiteral("link/d.json")};
     if (json)
         arguments.prepend(QStringLiteral("--json"));
-    const Run run = runConverter(arguments, dir.path());
-    QCOMPARE(run.exitCode, 1);
+    const ProgramRun run = runConverter(arguments, dir.path());
+    QCOMPARE(run.status(), 1);
     QVERIFY(!QFileInfo::exists(dir.filePath(QStringLiteral("d.pdf"))));
     if (!json) {
         QCOMPARE(run.out, QByteArray());
-        QCOMPARE(run.err, QStringLiteral("brevio-convert: d.json: empty file\n"
-                                         "brevio-convert: link/d.json: warning: same report as "
-                                         "d.json\n"
-                                         "brevio-convert: link/d.json: empty file\n"));
+        QCOMPARE(run.errText(),
+                 QStringLiteral("brevio-convert: d.json: empty file\n"
+                                "brevio-convert: link/d.json: warning: same report as "
+                                "d.json\n"
+                                "brevio-convert: link/d.json: empty file\n"));
         return;
     }
-    QCOMPARE(run.err, QString());
+    QCOMPARE(run.errText(), QString());
     const QVector<QJsonObject> records = jsonLines(run.out);
     QCOMPARE(records.size(), 2);
     QCOMPARE(records[1], (QJsonObject{{QStringLiteral("file"), QStringLiteral("link/d.json")},
@@ -359,8 +332,6 @@ void TestScriptOptions::jsonKeepsBytesOfNames() {
         QCOMPARE(::write(fd, content.constData(), size_t(content.size())), ssize_t(content.size()));
         ::close(fd);
     }
-    QProcess python;
-    python.setWorkingDirectory(dir.path());
     // Python reads the line with the same surrogate escapes and gives the
     // bytes back with os.fsencode.
     const QString script = QStringLiteral(
@@ -376,13 +347,12 @@ void TestScriptOptions::jsonKeepsBytesOfNames() {
         "print('ok')\n");
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
-    python.setProcessEnvironment(environment);
-    python.start(QStringLiteral("/usr/bin/python3"),
-                 {QStringLiteral("-c"), script, QStringLiteral(BREVIO_CONVERT_BINARY)});
-    QVERIFY(python.waitForFinished(120000));
-    const QByteArray complaint = python.readAllStandardError();
-    QVERIFY2(python.exitCode() == 0, complaint.constData());
-    QCOMPARE(python.readAllStandardOutput(), QByteArray("ok\n"));
+    const ProgramRun python = runProgram(QStringLiteral("/usr/bin/python3"),
+                                         {QStringLiteral("-c"), script, converterProgram()},
+                                         environment, 120000, dir.path());
+    QVERIFY(python.finished);
+    QVERIFY2(python.status() == 0, python.err.constData());
+    QCOMPARE(python.out, QByteArray("ok\n"));
 }
 
 void TestScriptOptions::language_data() {
@@ -415,12 +385,12 @@ void TestScriptOptions::language() {
         writeFile(dir.filePath(QStringLiteral("today")), QStringLiteral("a.json"), example());
     const QString asked =
         writeFile(dir.filePath(QStringLiteral("asked")), QStringLiteral("a.json"), example());
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("LANG"), locale);
-    environment.insert(QStringLiteral("LC_ALL"), locale);
-    environment.insert(QStringLiteral("LANGUAGE"), locale.left(2));
-    QCOMPARE(runConverter({today}).exitCode, 0);
-    QCOMPARE(runConverter(options + QStringList{asked}, QString(), false, environment).exitCode, 0);
+    QProcessEnvironment localeSettings;
+    localeSettings.insert(QStringLiteral("LANG"), locale);
+    localeSettings.insert(QStringLiteral("LC_ALL"), locale);
+    localeSettings.insert(QStringLiteral("LANGUAGE"), locale.left(2));
+    QCOMPARE(runConverter({today}).status(), 0);
+    QCOMPARE(runConverter(options + QStringList{asked}, QString(), localeSettings).status(), 0);
 
     const PdfReport reference(reportPathFor(today));
     const PdfReport report(reportPathFor(asked));
@@ -443,13 +413,13 @@ void TestScriptOptions::unknownLanguage() {
     QTemporaryDir dir;
     const QString json = writeFile(dir.path(), QStringLiteral("a.json"), example());
     for (const char* language : {"fr", "EN", "", "english"}) {
-        const Run run =
+        const ProgramRun run =
             runConverter({QStringLiteral("--language"), QString::fromUtf8(language), json});
-        QCOMPARE(run.exitCode, 2);
-        QVERIFY2(run.err.startsWith(
+        QCOMPARE(run.status(), 2);
+        QVERIFY2(run.errText().startsWith(
                      QStringLiteral("brevio-convert: --language needs de or en, not \"%1\"\n")
                          .arg(QString::fromUtf8(language))),
-                 qPrintable(run.err));
+                 qPrintable(run.errText()));
         QVERIFY(!QFileInfo::exists(dir.filePath(QStringLiteral("a.pdf"))));
     }
 }

@@ -4,13 +4,14 @@
 #include "runprogram.h"
 
 #include <QDir>
-#include <QElapsedTimer>
 #include <QEventLoop>
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
 #include <QTimer>
 
+#include <csignal>
+#include <sys/types.h>
 #include <unistd.h>
 
 QString ProgramRun::describe() const {
@@ -27,43 +28,124 @@ QString ProgramRun::describe() const {
 ProgramRun runProgram(const QString& program, const QStringList& arguments,
                       const QProcessEnvironment& environment, int timeoutMs,
                       const QString& workingFolder) {
-    ProgramRun run;
-    QProcess process;
-    process.setProcessEnvironment(environment);
+    return StartedProgram(program, arguments, environment, workingFolder).finish(timeoutMs);
+}
+
+QString converterProgram() {
+    return QStringLiteral(BREVIO_CONVERT_BINARY);
+}
+
+ProgramRun runConverter(const QStringList& arguments, const QString& workingFolder,
+                        const QProcessEnvironment& extra, int timeoutMs) {
+    QProcessEnvironment environment = headlessEnvironment();
+    environment.insert(extra);
+    return runProgram(converterProgram(), arguments, environment, timeoutMs, workingFolder);
+}
+
+QString withoutWarnings(const QString& err) {
+    QStringList kept;
+    const QStringList lines = err.split(QLatin1Char('\n'));
+    for (const QString& line : lines)
+        if (!line.contains(QLatin1String(": warning: ")))
+            kept << line;
+    return kept.join(QLatin1Char('\n'));
+}
+
+StartedProgram::StartedProgram(const QString& program, const QStringList& arguments,
+                               const QProcessEnvironment& environment, const QString& workingFolder)
+    : process_(new QProcess) {
+    process_->setProcessEnvironment(environment);
     if (!workingFolder.isEmpty())
-        process.setWorkingDirectory(workingFolder);
-    QEventLoop loop;
-    QObject::connect(&process, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), &loop,
-                     &QEventLoop::quit);
-    QObject::connect(&process, &QProcess::errorOccurred, &loop,
-                     [&loop](QProcess::ProcessError error) {
-                         if (error == QProcess::FailedToStart)
-                             loop.quit();
-                     });
+        process_->setWorkingDirectory(workingFolder);
+    clock_.start();
+    process_->start(program, arguments);
+}
+
+StartedProgram::~StartedProgram() {
+    if (process_->state() != QProcess::NotRunning) {
+        process_->kill();
+        process_->waitForFinished(10000);
+    }
+}
+
+bool StartedProgram::waitForStarted(int timeoutMs) {
+    return process_->waitForStarted(timeoutMs);
+}
+
+bool StartedProgram::isRunning() const {
+    return process_->state() == QProcess::Running;
+}
+
+qint64 StartedProgram::processId() const {
+    return process_->processId();
+}
+
+QByteArray StartedProgram::readOutput(int waitMs) {
+    if (process_->bytesAvailable() == 0 && process_->state() == QProcess::Running)
+        process_->waitForReadyRead(waitMs);
+    const QByteArray more = process_->readAllStandardOutput();
+    out_ += more;
+    return more;
+}
+
+QByteArray StartedProgram::errorSoFar() {
+    err_ += process_->readAllStandardError();
+    return err_;
+}
+
+bool StartedProgram::sendSignal(int signalNumber) {
+    return process_->processId() > 0 && ::kill(pid_t(process_->processId()), signalNumber) == 0;
+}
+
+void StartedProgram::closeInput() {
+    process_->closeWriteChannel();
+}
+
+ProgramRun StartedProgram::finish(int timeoutMs) {
+    ProgramRun run;
     bool timedOut = false;
-    QTimer timeout;
-    timeout.setSingleShot(true);
-    QObject::connect(&timeout, &QTimer::timeout, &loop, [&] {
-        timedOut = true;
-        loop.quit();
-    });
-    QElapsedTimer clock;
-    clock.start();
-    process.start(program, arguments);
-    timeout.start(timeoutMs);
-    loop.exec();
-    run.elapsedMs = clock.elapsed();
-    run.started = process.error() != QProcess::FailedToStart;
-    if (process.state() != QProcess::NotRunning) {
-        process.kill();
-        process.waitForFinished(10000);
+    // It may have ended already, or failed to start, while the test acted.
+    if (process_->state() != QProcess::NotRunning) {
+        QEventLoop loop;
+        QObject::connect(process_.get(),
+                         QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), &loop,
+                         &QEventLoop::quit);
+        QObject::connect(process_.get(), &QProcess::errorOccurred, &loop,
+                         [&loop](QProcess::ProcessError error) {
+                             if (error == QProcess::FailedToStart)
+                                 loop.quit();
+                         });
+        QTimer timeout;
+        timeout.setSingleShot(true);
+        QObject::connect(&timeout, &QTimer::timeout, &loop, [&] {
+            timedOut = true;
+            loop.quit();
+        });
+        timeout.start(timeoutMs);
+        loop.exec();
+    }
+    run.elapsedMs = clock_.elapsed();
+    run.started = process_->error() != QProcess::FailedToStart;
+    if (process_->state() != QProcess::NotRunning) {
+        process_->kill();
+        process_->waitForFinished(10000);
     }
     run.finished = run.started && !timedOut;
-    run.crashed = run.finished && process.exitStatus() == QProcess::CrashExit;
-    run.exitCode = run.finished ? process.exitCode() : -1;
-    run.out = process.readAllStandardOutput();
-    run.err = process.readAllStandardError();
+    run.crashed = run.finished && process_->exitStatus() == QProcess::CrashExit;
+    run.exitCode = run.finished ? process_->exitCode() : -1;
+    out_ += process_->readAllStandardOutput();
+    err_ += process_->readAllStandardError();
+    run.out = out_;
+    run.err = err_;
     return run;
+}
+
+qint64 pidOfEndedProcess() {
+    StartedProgram gone(QStringLiteral("true"), QStringList());
+    if (!gone.waitForStarted())
+        return 0;
+    const qint64 pid = gone.processId();
+    return gone.finish(30000).finished ? pid : 0;
 }
 
 QProcessEnvironment headlessEnvironment() {

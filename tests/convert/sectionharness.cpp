@@ -3,6 +3,8 @@
 
 #include "sectionharness.h"
 
+#include "testfiles.h"
+
 #include <QFontMetricsF>
 #include <QJsonDocument>
 #include <QJsonObject>

@@ -5,6 +5,7 @@
 #include "convert/runonpool.h"
 #include "jobrunner.h"
 #include "pdfreport.h"
+#include "testfiles.h"
 
 #include <QCryptographicHash>
 #include <QDir>

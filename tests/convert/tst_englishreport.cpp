@@ -10,6 +10,7 @@
 #include "convert/conversionoutcome.h"
 #include "jobrunner.h"
 #include "pdfreport.h"
+#include "testfiles.h"
 
 #include <QDir>
 #include <QFile>

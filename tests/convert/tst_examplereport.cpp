@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "sectionharness.h"
+#include "testfiles.h"
 
 #include <QDir>
 #include <QFile>

@@ -6,13 +6,13 @@
 #include "convert/undrawable.h"
 #include "jobrunner.h"
 #include "pdfreport.h"
-#include "reliability.h"
+#include "runprogram.h"
+#include "testfiles.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFont>
 #include <QFontInfo>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -22,24 +22,23 @@ const QStringList bundledFaces = {QStringLiteral("BrevioSans"), QStringLiteral("
 
 // fontconfig reads its configuration once per process, so every other font
 // configuration needs a brevio-convert of its own.
-reliability::ProcessRun convertWithFonts(const QStringList& arguments,
-                                         const QString& fontconfigFile = QString()) {
+ProgramRun convertWithFonts(const QStringList& arguments,
+                            const QString& fontconfigFile = QString()) {
     QProcessEnvironment fonts;
     if (!fontconfigFile.isEmpty())
         fonts.insert(QStringLiteral("FONTCONFIG_FILE"), fontconfigFile);
-    return reliability::runConverter(arguments, 120000, fonts);
+    return runConverter(arguments, QString(), fonts, 120000);
 }
 
 // What fontconfig answers under a configuration, to show the configuration
 // is what the test says it is.
 QString fcMatch(const QString& fontconfigFile, const QString& pattern) {
-    QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("FONTCONFIG_FILE"), fontconfigFile);
-    process.setProcessEnvironment(environment);
-    process.start(QStringLiteral("fc-match"), {QStringLiteral("--format=%{family[0]}"), pattern});
-    process.waitForFinished(60000);
-    return QString::fromUtf8(process.readAllStandardOutput());
+    return QString::fromUtf8(runProgram(QStringLiteral("fc-match"),
+                                        {QStringLiteral("--format=%{family[0]}"), pattern},
+                                        environment, 60000)
+                                 .out);
 }
 
 QString fontconfigFile(const QString& dir, const QString& body) {
@@ -138,21 +137,21 @@ void TestReportFonts::sameReportUnderAnyFontConfiguration() {
     const QString path = copyExample(QStringLiteral("multi-page-plant.json"), dir.path(),
                                      QStringLiteral("anlage.json"));
     const QString pdf = reportPathFor(path);
-    const reliability::ProcessRun usual = convertWithFonts({path});
-    QCOMPARE(usual.exitCode, 0);
+    const ProgramRun usual = convertWithFonts({path});
+    QCOMPARE(usual.status(), 0);
     const PdfReport usualReport(pdf);
     QVERIFY(usualReport.pageCount() > 1);
     const QStringList usualLayout = layoutOf(usualReport);
     QVERIFY(
         usualLayout.join(QLatin1Char('\n')).contains(QStringLiteral("Allgemeine Einstellungen:")));
 
-    const reliability::ProcessRun run = convertWithFonts({path}, conf);
+    const ProgramRun run = convertWithFonts({path}, conf);
     // The same warnings too: what is cut off at a column's edge is measured
     // in the bundled font, whatever the configuration says.
-    QCOMPARE(withoutWarnings(usual.err), QString());
-    QCOMPARE(run.err, usual.err);
-    QCOMPARE(run.exitCode, 0);
-    QCOMPARE(run.out, pdf + QLatin1Char('\n'));
+    QCOMPARE(withoutWarnings(usual.errText()), QString());
+    QCOMPARE(run.errText(), usual.errText());
+    QCOMPARE(run.status(), 0);
+    QCOMPARE(run.outText(), pdf + QLatin1Char('\n'));
     const PdfReport report(pdf);
     QCOMPARE(sorted(report.fontNames()), bundledFaces);
     // Every label and value where it is without the configuration.
@@ -163,14 +162,15 @@ void TestReportFonts::everyScriptComesBack() {
     QTemporaryDir dir;
     const QString path =
         copyTestData(QStringLiteral("fonts/scripts.json"), dir.path(), QStringLiteral("welt.json"));
-    const reliability::ProcessRun run = convertWithFonts({path});
+    const ProgramRun run = convertWithFonts({path});
     // Every script is drawn; only the Turkish value is wider than its column.
-    QCOMPARE(run.err, QStringLiteral("brevio-convert: ") + path +
-                          QString::fromUtf8(": warning: 1 text is cut off at the column edge: "
-                                            "\"Spannungsuntergrenze [V]: \xc4\xb0zmir "
-                                            "\xc4\xb1\xc4\x9f\xc3\xbc\xc5\x9f\xc3\xb6\xc3\xa7 "
-                                            "\xc4\x9e\xc5\x9e\xe2\x80\xa6\"\n"));
-    QCOMPARE(run.exitCode, 0);
+    QCOMPARE(run.errText(),
+             QStringLiteral("brevio-convert: ") + path +
+                 QString::fromUtf8(": warning: 1 text is cut off at the column edge: "
+                                   "\"Spannungsuntergrenze [V]: \xc4\xb0zmir "
+                                   "\xc4\xb1\xc4\x9f\xc3\xbc\xc5\x9f\xc3\xb6\xc3\xa7 "
+                                   "\xc4\x9e\xc5\x9e\xe2\x80\xa6\"\n"));
+    QCOMPARE(run.status(), 0);
     const PdfReport report(reportPathFor(path));
     QVERIFY(report.isValid());
     const QStringList expected = {
@@ -189,11 +189,12 @@ void TestReportFonts::undrawableCharacterWarns() {
     QTemporaryDir dir;
     const QString path = copyTestData(QStringLiteral("fonts/undrawable.json"), dir.path(),
                                       QStringLiteral("kessel.json"));
-    const reliability::ProcessRun run = convertWithFonts({path});
-    QCOMPARE(run.err, QStringLiteral("brevio-convert: ") + path +
-                          QStringLiteral(": warning: 1 character cannot be drawn: U+10FFFD\n"));
-    QCOMPARE(run.exitCode, 0);
-    QCOMPARE(run.out, reportPathFor(path) + QLatin1Char('\n'));
+    const ProgramRun run = convertWithFonts({path});
+    QCOMPARE(run.errText(),
+             QStringLiteral("brevio-convert: ") + path +
+                 QStringLiteral(": warning: 1 character cannot be drawn: U+10FFFD\n"));
+    QCOMPARE(run.status(), 0);
+    QCOMPARE(run.outText(), reportPathFor(path) + QLatin1Char('\n'));
     const PdfReport report(reportPathFor(path));
     QVERIFY(report.isValid());
     QVERIFY2(!report.lineStartingWith(0, QStringLiteral("Name: Kessel")).isNull(),

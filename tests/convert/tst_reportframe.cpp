@@ -3,6 +3,7 @@
 
 #include "jobrunner.h"
 #include "pdfreport.h"
+#include "testfiles.h"
 
 #include <QTemporaryDir>
 #include <QTest>

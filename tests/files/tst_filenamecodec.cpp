@@ -80,5 +80,5 @@ void TestFileNameCodec::escapedBytesAreLoneSurrogates() {
     QCOMPARE(QFile::decodeName("\xe2\x82"), QString(escaped, 2));
 }
 
-QTEST_MAIN(TestFileNameCodec)
+QTEST_GUILESS_MAIN(TestFileNameCodec)
 #include "tst_filenamecodec.moc"

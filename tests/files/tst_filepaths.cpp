@@ -6,7 +6,7 @@
 
 #include "files/filepaths.h"
 #include "files/regularfile.h"
-#include "jobrunner.h"
+#include "testfiles.h"
 
 #include <QDir>
 #include <QElapsedTimer>
@@ -223,5 +223,5 @@ void TestFilePaths::openRegularFile() {
         QCOMPARE(file.readAll(), QByteArray("{}"));
 }
 
-QTEST_MAIN(TestFilePaths)
+QTEST_GUILESS_MAIN(TestFilePaths)
 #include "tst_filepaths.moc"

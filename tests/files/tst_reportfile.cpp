@@ -7,7 +7,7 @@
 #include "files/filepaths.h"
 #include "files/reportfile.h"
 #include "files/reportlock.h"
-#include "jobrunner.h"
+#include "testfiles.h"
 
 #include <QAtomicInt>
 #include <QDir>
@@ -211,5 +211,5 @@ void TestReportFile::otherReportsDoNotWait() {
     QVERIFY(other.result());
 }
 
-QTEST_MAIN(TestReportFile)
+QTEST_GUILESS_MAIN(TestReportFile)
 #include "tst_reportfile.moc"

@@ -7,11 +7,11 @@
 
 #include "files/reportfile.h"
 #include "files/temporaryfolders.h"
+#include "runprogram.h"
 
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -26,15 +26,6 @@ namespace {
 QByteArray bootId() {
     QFile file(QStringLiteral("/proc/sys/kernel/random/boot_id"));
     return file.open(QIODevice::ReadOnly) ? file.readAll().trimmed() : QByteArray();
-}
-
-qint64 pidOfEndedProcess() {
-    QProcess gone;
-    gone.start(QStringLiteral("true"), QStringList());
-    gone.waitForStarted();
-    const qint64 pid = gone.processId();
-    gone.waitForFinished();
-    return pid;
 }
 
 void write(const QString& path, const QByteArray& bytes) {
@@ -140,8 +131,10 @@ void TestTemporaryFolders::staleOnlyWhenCertain() {
     if (owner != QLatin1String("none")) {
         qint64 pid = ::getpid();
         QByteArray boot = bootId();
-        if (owner.startsWith(QLatin1String("dead")))
+        if (owner.startsWith(QLatin1String("dead"))) {
             pid = pidOfEndedProcess();
+            QVERIFY(pid > 0);
+        }
         if (owner == QLatin1String("other boot"))
             boot = "00000000-0000-0000-0000-000000000000";
         const QByteArray text = owner == QLatin1String("garbage")
@@ -166,5 +159,5 @@ void TestTemporaryFolders::staleOnlyWhenCertain() {
         QVERIFY(QFileInfo::exists(folder + QStringLiteral("/a.pdf")));
 }
 
-QTEST_MAIN(TestTemporaryFolders)
+QTEST_GUILESS_MAIN(TestTemporaryFolders)
 #include "tst_temporaryfolders.moc"

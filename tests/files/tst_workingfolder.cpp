@@ -5,10 +5,10 @@
 // for getcwd() to name, and never from "/" when it has been removed.
 
 #include "files/filepaths.h"
+#include "runprogram.h"
 
 #include <QDir>
 #include <QFile>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -39,7 +39,7 @@ void TestWorkingFolder::init() {
 void TestWorkingFolder::cleanup() {
     QVERIFY(QDir::setCurrent(startFolder));
     // QDir cannot remove a tree deeper than a path may be long.
-    QProcess::execute(QStringLiteral("rm"), {QStringLiteral("-rf"), dir->path()});
+    runProgram(QStringLiteral("rm"), {QStringLiteral("-rf"), dir->path()});
 }
 
 void TestWorkingFolder::namedFolder() {
@@ -81,5 +81,5 @@ void TestWorkingFolder::removedFolder() {
              QStringLiteral("/srv/plant.json"));
 }
 
-QTEST_MAIN(TestWorkingFolder)
+QTEST_GUILESS_MAIN(TestWorkingFolder)
 #include "tst_workingfolder.moc"

@@ -4,47 +4,26 @@
 // Converts the bundled example with an installed brevio-convert, named by
 // BREVIO_INSTALLED_CONVERT, and reads the report back. The install and
 // package checks run it on what they installed.
-#include "jobrunner.h"
 #include "pdfreport.h"
+#include "runprogram.h"
+#include "testfiles.h"
 
 #include <QFile>
-#include <QProcess>
 #include <QProcessEnvironment>
 #include <QTemporaryDir>
 #include <QTest>
 
 namespace {
 
-struct Run {
-    int exitCode = -1;
-    bool finished = false;
-    QString out;
-    QString err;
-};
-
 QString installedConvert() {
     return qEnvironmentVariable("BREVIO_INSTALLED_CONVERT");
 }
 
 // As a terminal without any display runs it, with none of the build's paths.
-Run run(const QStringList& arguments) {
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "LD_LIBRARY_PATH"})
-        environment.remove(QString::fromLatin1(name));
-    QProcess process;
-    process.setProcessEnvironment(environment);
-    process.start(installedConvert(), arguments);
-    Run result;
-    result.finished =
-        process.waitForFinished(60000) && process.exitStatus() == QProcess::NormalExit;
-    if (!result.finished) {
-        process.kill();
-        process.waitForFinished();
-    }
-    result.exitCode = process.exitCode();
-    result.out = QString::fromLocal8Bit(process.readAllStandardOutput());
-    result.err = QString::fromLocal8Bit(process.readAllStandardError());
-    return result;
+ProgramRun run(const QStringList& arguments) {
+    QProcessEnvironment environment = headlessEnvironment();
+    environment.remove(QStringLiteral("LD_LIBRARY_PATH"));
+    return runProgram(installedConvert(), arguments, environment, 60000);
 }
 
 } // namespace
@@ -64,10 +43,10 @@ void TestInstalledConvert::initTestCase() {
 }
 
 void TestInstalledConvert::version() {
-    const Run result = run({QStringLiteral("--version")});
-    QVERIFY(result.finished);
+    const ProgramRun result = run({QStringLiteral("--version")});
+    QVERIFY2(result.finished && !result.crashed, qPrintable(result.describe()));
     QCOMPARE(result.exitCode, 0);
-    QCOMPARE(result.out, QStringLiteral("brevio-convert " BREVIO_VERSION "\n"));
+    QCOMPARE(result.outText(), QStringLiteral("brevio-convert " BREVIO_VERSION "\n"));
 }
 
 void TestInstalledConvert::convertsTheExample() {
@@ -77,16 +56,17 @@ void TestInstalledConvert::convertsTheExample() {
     QVERIFY(QFile::copy(exampleFile(QStringLiteral("pressure-transmitter.json")), json));
     const QString pdf = dir.filePath(QStringLiteral("anlage.pdf"));
 
-    const Run result = run({json});
-    QVERIFY2(result.finished, qPrintable(result.err));
+    const ProgramRun result = run({json});
+    QVERIFY2(result.finished && !result.crashed, qPrintable(result.describe()));
     // The installed program measures the example's too-wide maker name in its
     // own bundled font, as the build does.
-    QCOMPARE(result.err, QStringLiteral("brevio-convert: ") + json +
-                             QStringLiteral(": warning: 1 text is cut off at the column edge: "
-                                            "\"Hersteller: Rosenberg/Comefri/Gebhardt Nic") +
-                             QChar(0x2026) + QStringLiteral("\"\n"));
+    QCOMPARE(result.errText(),
+             QStringLiteral("brevio-convert: ") + json +
+                 QStringLiteral(": warning: 1 text is cut off at the column edge: "
+                                "\"Hersteller: Rosenberg/Comefri/Gebhardt Nic") +
+                 QChar(0x2026) + QStringLiteral("\"\n"));
     QCOMPARE(result.exitCode, 0);
-    QCOMPARE(result.out, pdf + QLatin1Char('\n'));
+    QCOMPARE(result.outText(), pdf + QLatin1Char('\n'));
 
     PdfReport report(pdf);
     QVERIFY(report.isValid());

@@ -8,7 +8,6 @@
 // started at once, to show that it stays flat.
 //   stress_convert [ROUNDS]
 
-#include "jobrunner.h"
 #include "stressfiles.h"
 
 #include "convert/convert.h"

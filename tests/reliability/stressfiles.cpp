@@ -3,8 +3,8 @@
 
 #include "stressfiles.h"
 
-#include "jobrunner.h"
 #include "pdfreport.h"
+#include "testfiles.h"
 
 #include <QDir>
 

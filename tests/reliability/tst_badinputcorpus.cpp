@@ -10,6 +10,7 @@
 #include "jobrunner.h"
 #include "pdfreport.h"
 #include "reliability.h"
+#include "testfiles.h"
 
 #include <QDir>
 #include <QFile>
@@ -226,9 +227,9 @@ JobResult convertJob(const Expectation& row, const QString& path) {
     }
     // The same job in a child process that runs as "nobody".
     const QStringList command = unprivileged(QStringLiteral(BREVIO_JOBPROBE_BINARY), {path});
-    const ProcessRun run =
-        runProcess(command.first(), command.mid(1), headlessEnvironment(), jobTimeoutMs);
-    const QStringList lines = run.out.split(QLatin1Char('\n'));
+    const ProgramRun run =
+        runProgram(command.first(), command.mid(1), headlessEnvironment(), jobTimeoutMs);
+    const QStringList lines = run.outText().split(QLatin1Char('\n'));
     result.finished = !run.crashed && lines.value(0) == QLatin1String("finished");
     result.aborted = !run.crashed && lines.value(0) == QLatin1String("aborted");
     for (const QString& value : lines.value(1).split(QLatin1Char(','), Qt::SkipEmptyParts))
@@ -237,12 +238,12 @@ JobResult convertJob(const Expectation& row, const QString& path) {
     return result;
 }
 
-ProcessRun convertCli(const Expectation& row, const QString& path) {
+ProgramRun convertCli(const Expectation& row, const QString& path) {
     if (row.kind == QLatin1String("unreadable") && runningAsRoot()) {
         const QStringList command = unprivileged(QStringLiteral(BREVIO_CONVERT_BINARY), {path});
-        return runProcess(command.first(), command.mid(1), headlessEnvironment(), jobTimeoutMs);
+        return runProgram(command.first(), command.mid(1), headlessEnvironment(), jobTimeoutMs);
     }
-    return runConverter({path}, jobTimeoutMs);
+    return runConverter({path}, QString(), QProcessEnvironment(), jobTimeoutMs);
 }
 
 // Finds one expected text: "[@PAGE ]TEXT[...]". PAGE counts from 1, from
@@ -380,21 +381,21 @@ void TestBadInputCorpus::conversions() {
     }
 
     // brevio-convert on the same file.
-    const ProcessRun cli = convertCli(row, path);
-    QVERIFY2(cli.started && !cli.timedOut && !cli.crashed, qPrintable(cli.describe()));
+    const ProgramRun cli = convertCli(row, path);
+    QVERIFY2(cli.finished && !cli.crashed, qPrintable(cli.describe()));
     const QString prefix = QStringLiteral("brevio-convert: ") + path + QStringLiteral(": ");
     QString expectedErr;
     if (!row.message.isEmpty())
         for (const QString& message : row.message.split(QStringLiteral(" || ")))
             expectedErr += prefix + message + QLatin1Char('\n');
-    QCOMPARE(cli.err, expectedErr);
+    QCOMPARE(cli.errText(), expectedErr);
     if (row.report) {
-        QCOMPARE(cli.exitCode, 0);
-        QCOMPARE(cli.out, reportPath + QLatin1Char('\n'));
+        QCOMPARE(cli.status(), 0);
+        QCOMPARE(cli.outText(), reportPath + QLatin1Char('\n'));
         checkReport(reportPath, row.texts, "brevio-convert");
     } else {
-        QCOMPARE(cli.exitCode, 1);
-        QCOMPARE(cli.out, QString());
+        QCOMPARE(cli.status(), 1);
+        QCOMPARE(cli.outText(), QString());
         QVERIFY(fingerprint(reportPath) == QLatin1String("absent") || reportPath == path);
     }
     QCOMPARE(fingerprint(path), before);
@@ -415,18 +416,18 @@ void TestBadInputCorpus::fileVanishesWhileQueued() {
     const QString firstHash = fingerprint(first);
     const QString lastHash = fingerprint(last);
 
-    QProcess process;
-    process.setProcessEnvironment(headlessEnvironment());
-    process.start(QStringLiteral(BREVIO_CONVERT_BINARY),
-                  {QStringLiteral("--jobs"), QStringLiteral("1"), first, victim, last});
-    QVERIFY(process.waitForStarted());
+    StartedProgram converting(QStringLiteral(BREVIO_CONVERT_BINARY),
+                              {QStringLiteral("--jobs"), QStringLiteral("1"), first, victim, last},
+                              headlessEnvironment());
+    QVERIFY(converting.waitForStarted());
     QVERIFY(QFile::remove(victim));
-    QVERIFY(process.waitForFinished(jobTimeoutMs));
-    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
-    QCOMPARE(process.exitCode(), 1);
-    QCOMPARE(QString::fromLocal8Bit(process.readAllStandardOutput()),
+    const ProgramRun run = converting.finish(jobTimeoutMs);
+    QVERIFY2(run.finished, qPrintable(run.describe()));
+    QVERIFY2(!run.crashed, qPrintable(run.describe()));
+    QCOMPARE(run.exitCode, 1);
+    QCOMPARE(run.outText(),
              reportPathFor(first) + QLatin1Char('\n') + reportPathFor(last) + QLatin1Char('\n'));
-    QCOMPARE(withoutWarnings(QString::fromLocal8Bit(process.readAllStandardError())),
+    QCOMPARE(withoutWarnings(run.errText()),
              QStringLiteral("brevio-convert: ") + victim +
                  QStringLiteral(": cannot be opened: No such file or directory\n"));
     QVERIFY(!QFileInfo::exists(reportPathFor(victim)));

@@ -8,13 +8,12 @@
 // temporary folder behind and prints nothing that is not true.
 
 #include "files/filenamecodec.h"
-#include "jobrunner.h"
 #include "reliability.h"
+#include "testfiles.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -56,15 +55,15 @@ QString converter() {
 
 // Runs a bash script with the converter's path as $1 and folder as $2,
 // headless.
-ProcessRun runScript(const QString& script, const QString& folder,
+ProgramRun runScript(const QString& script, const QString& folder,
                      const QProcessEnvironment& environment = headlessEnvironment()) {
-    return runProcess(QStringLiteral("bash"),
+    return runProgram(QStringLiteral("bash"),
                       {QStringLiteral("-c"), script, QStringLiteral("script"), converter(), folder},
                       environment, 300000);
 }
 
-bool ranToAnEnd(const ProcessRun& run) {
-    if (run.started && !run.crashed && !run.timedOut)
+bool ranToAnEnd(const ProgramRun& run) {
+    if (run.finished && !run.crashed)
         return true;
     qWarning("%s", qPrintable(run.describe()));
     return false;
@@ -212,18 +211,18 @@ void TestCliRobustness::outOfMemory() {
     QVERIFY(QFile::copy(example(), dir.filePath(QStringLiteral("a.json"))));
     QVERIFY(!writeLongName(dir.path(), QStringLiteral("huge.json"), 40).isEmpty());
     QVERIFY(QFile::copy(example(), dir.filePath(QStringLiteral("c.json"))));
-    const ProcessRun run = runScript(
+    const ProgramRun run = runScript(
         QStringLiteral("cd \"$2\" && ulimit -v %1 && exec \"$1\" --jobs 1 a.json huge.json c.json")
             .arg(limitMegabytes * 1024),
         dir.path());
     QVERIFY(ranToAnEnd(run));
-    QCOMPARE(run.exitCode, 1);
+    QCOMPARE(run.status(), 1);
     QString expectedErr;
     QStringList expectedOut;
     for (const QString& name :
          {QStringLiteral("a.json"), QStringLiteral("huge.json"), QStringLiteral("c.json")}) {
         const QString report = dir.filePath(reportPathFor(name));
-        if (run.out.split(QLatin1Char('\n')).contains(report)) {
+        if (run.outText().split(QLatin1Char('\n')).contains(report)) {
             expectedOut << report;
             QVERIFY2(completeReport(report), qPrintable(report));
         } else {
@@ -232,9 +231,10 @@ void TestCliRobustness::outOfMemory() {
             QVERIFY(!QFileInfo::exists(report));
         }
     }
-    QVERIFY2(!expectedOut.contains(dir.filePath(QStringLiteral("huge.pdf"))), qPrintable(run.out));
-    QCOMPARE(withoutWarnings(run.err), expectedErr);
-    QCOMPARE(run.out, expectedOut.isEmpty() ? QString() : expectedOut.join('\n') + '\n');
+    QVERIFY2(!expectedOut.contains(dir.filePath(QStringLiteral("huge.pdf"))),
+             qPrintable(run.outText()));
+    QCOMPARE(withoutWarnings(run.errText()), expectedErr);
+    QCOMPARE(run.outText(), expectedOut.isEmpty() ? QString() : expectedOut.join('\n') + '\n');
     QCOMPARE(temporaryFoldersIn(dir.path()), QStringList());
 }
 
@@ -253,30 +253,28 @@ void TestCliRobustness::interrupted() {
     QTemporaryDir dir;
     QVERIFY(QFile::copy(example(), dir.filePath(QStringLiteral("a.json"))));
     writeFile(dir.path(), QStringLiteral("long.json"), manyChannels(20000));
-    QProcess process;
-    process.setProcessEnvironment(headlessEnvironment());
-    process.setWorkingDirectory(dir.path());
-    process.start(converter(), {QStringLiteral("--jobs"), QStringLiteral("1"),
-                                QStringLiteral("a.json"), QStringLiteral("long.json")});
-    QVERIFY(process.waitForStarted());
+    StartedProgram converting(converter(),
+                              {QStringLiteral("--jobs"), QStringLiteral("1"),
+                               QStringLiteral("a.json"), QStringLiteral("long.json")},
+                              headlessEnvironment(), dir.path());
+    QVERIFY(converting.waitForStarted());
     // The first report is listed, and the second one's folder is there.
     QByteArray out;
     const QByteArray firstLine = QFile::encodeName(dir.filePath(QStringLiteral("a.pdf"))) + '\n';
     for (int wait = 0; wait < 12000; ++wait) {
-        process.waitForReadyRead(10);
-        out += process.readAllStandardOutput();
+        out += converting.readOutput(10);
         if (out == firstLine && !temporaryFoldersIn(dir.path()).isEmpty())
             break;
-        QVERIFY2(process.state() == QProcess::Running, process.readAllStandardError());
+        QVERIFY2(converting.isRunning(), converting.errorSoFar().constData());
     }
     QCOMPARE(out, firstLine);
     QCOMPARE(temporaryFoldersIn(dir.path()).size(), 1);
-    QVERIFY(::kill(pid_t(process.processId()), signalNumber) == 0);
-    QVERIFY(process.waitForFinished(60000));
-    out += process.readAllStandardOutput();
-    QCOMPARE(process.exitStatus(), QProcess::CrashExit);
-    QCOMPARE(process.exitCode(), signalNumber);
-    QCOMPARE(out, firstLine);
+    QVERIFY(converting.sendSignal(signalNumber));
+    const ProgramRun run = converting.finish(60000);
+    QVERIFY2(run.finished, qPrintable(run.describe()));
+    QVERIFY2(run.crashed, qPrintable(run.describe()));
+    QCOMPARE(run.exitCode, signalNumber);
+    QCOMPARE(run.out, firstLine);
     QVERIFY(completeReport(dir.filePath(QStringLiteral("a.pdf"))));
     QCOMPARE(temporaryFoldersIn(dir.path()), QStringList());
     QCOMPARE(folderEntries(dir.path()),
@@ -308,20 +306,17 @@ void TestCliRobustness::staleFolderOfDeadProcessRemoved() {
     QByteArray boot = bootFile.readAll().trimmed();
     qint64 pid = ::getpid();
     if (owner == QLatin1String("dead")) {
-        QProcess gone;
-        gone.start(QStringLiteral("true"), QStringList());
-        QVERIFY(gone.waitForStarted());
-        pid = gone.processId();
-        QVERIFY(gone.waitForFinished());
+        pid = pidOfEndedProcess();
+        QVERIFY(pid > 0);
     } else if (owner == QLatin1String("other boot")) {
         boot = "00000000-0000-0000-0000-000000000000";
     }
     writeFile(left, QStringLiteral(".owner"),
               "brevio " + QByteArray::number(pid) + ' ' + boot + '\n');
 
-    const ProcessRun run = runScript(QStringLiteral("cd \"$2\" && exec \"$1\" a.json"), dir.path());
+    const ProgramRun run = runScript(QStringLiteral("cd \"$2\" && exec \"$1\" a.json"), dir.path());
     QVERIFY(ranToAnEnd(run));
-    QCOMPARE(run.exitCode, 0);
+    QCOMPARE(run.status(), 0);
     QCOMPARE(QFileInfo::exists(left), !removed);
     QVERIFY(completeReport(dir.filePath(QStringLiteral("a.pdf"))));
 }
@@ -347,12 +342,12 @@ void TestCliRobustness::outputErrors() {
     QFETCH(QString, reason);
     QTemporaryDir dir;
     QVERIFY(QFile::copy(example(), dir.filePath(QStringLiteral("a.json"))));
-    const ProcessRun run = runScript(
+    const ProgramRun run = runScript(
         QStringLiteral("cd \"$2\" && exec \"$1\" %1 %2").arg(arguments.join(' '), redirection),
         dir.path());
     QVERIFY(ranToAnEnd(run));
-    QCOMPARE(run.exitCode, 1);
-    QCOMPARE(withoutWarnings(run.err),
+    QCOMPARE(run.status(), 1);
+    QCOMPARE(withoutWarnings(run.errText()),
              QStringLiteral("brevio-convert: cannot write the report list: ") + reason +
                  QLatin1Char('\n'));
     if (arguments == QStringList{QStringLiteral("a.json")})
@@ -385,11 +380,11 @@ void TestCliRobustness::readerGoneIsAnOutputError() {
 void TestCliRobustness::messagesLostIsAFailure() {
     QTemporaryDir dir;
     writeFile(dir.path(), QStringLiteral("bad.json"), "{\"configuration\":");
-    const ProcessRun run =
+    const ProgramRun run =
         runScript(QStringLiteral("cd \"$2\" && exec \"$1\" bad.json 2>/dev/full"), dir.path());
     QVERIFY(ranToAnEnd(run));
-    QCOMPARE(run.exitCode, 1);
-    QCOMPARE(run.out, dir.filePath(QStringLiteral("bad.pdf")) + QLatin1Char('\n'));
+    QCOMPARE(run.status(), 1);
+    QCOMPARE(run.outText(), dir.filePath(QStringLiteral("bad.pdf")) + QLatin1Char('\n'));
 }
 
 void TestCliRobustness::inheritedPlatform_data() {
@@ -410,11 +405,11 @@ void TestCliRobustness::inheritedPlatform() {
     QProcessEnvironment environment = headlessEnvironment();
     environment.insert(QStringLiteral("QT_QPA_PLATFORM"), platform);
     environment.insert(QStringLiteral("QT_QPA_PLATFORMTHEME"), QStringLiteral("gtk3"));
-    const ProcessRun run = runProcess(converter(), {json}, environment, 120000);
+    const ProgramRun run = runProgram(converter(), {json}, environment, 120000);
     QVERIFY(ranToAnEnd(run));
-    QCOMPARE(withoutWarnings(run.err), QString());
-    QCOMPARE(run.exitCode, 0);
-    QCOMPARE(run.out, reportPathFor(json) + QLatin1Char('\n'));
+    QCOMPARE(withoutWarnings(run.errText()), QString());
+    QCOMPARE(run.status(), 0);
+    QCOMPARE(run.outText(), reportPathFor(json) + QLatin1Char('\n'));
     QVERIFY(completeReport(reportPathFor(json)));
 }
 
@@ -427,14 +422,14 @@ void TestCliRobustness::fileSizeLimit() {
     QVERIFY(QFile::copy(example(), dir.filePath(QStringLiteral("c.json"))));
     // Room for the example's report (about 60 KB), not for 400
     // channels over many pages (about 170 KB).
-    const ProcessRun run = runScript(
+    const ProgramRun run = runScript(
         QStringLiteral("cd \"$2\" && ulimit -f 100 && exec \"$1\" a.json long.json c.json"),
         dir.path());
     QVERIFY(ranToAnEnd(run));
-    QCOMPARE(run.exitCode, 1);
-    QCOMPARE(run.out, dir.filePath(QStringLiteral("a.pdf")) + QLatin1Char('\n') +
-                          dir.filePath(QStringLiteral("c.pdf")) + QLatin1Char('\n'));
-    QCOMPARE(withoutWarnings(run.err),
+    QCOMPARE(run.status(), 1);
+    QCOMPARE(run.outText(), dir.filePath(QStringLiteral("a.pdf")) + QLatin1Char('\n') +
+                                dir.filePath(QStringLiteral("c.pdf")) + QLatin1Char('\n'));
+    QCOMPARE(withoutWarnings(run.errText()),
              QStringLiteral("brevio-convert: long.json: report not written (file size limit)\n"));
     QCOMPARE(
         folderEntries(dir.path()),
@@ -457,27 +452,27 @@ void TestCliRobustness::deepWorkingFolder() {
                        "test -s plant.pdf && echo 'report here'\n"
                        "ls -A | grep -c '^.brevio-'\n"
                        "cd \"$2\" && rm -rf \"$step\"\n");
-    const ProcessRun run = runProcess(QStringLiteral("bash"),
+    const ProgramRun run = runProgram(QStringLiteral("bash"),
                                       {QStringLiteral("-c"), script, QStringLiteral("script"),
                                        converter(), dir.path(), example()},
                                       headlessEnvironment(), 300000);
     QVERIFY(ranToAnEnd(run));
-    QCOMPARE(withoutWarnings(run.err), QString());
-    QCOMPARE(run.out, QStringLiteral("plant.pdf\nstatus 0\nreport here\n0\n"));
+    QCOMPARE(withoutWarnings(run.errText()), QString());
+    QCOMPARE(run.outText(), QStringLiteral("plant.pdf\nstatus 0\nreport here\n0\n"));
 }
 
 // A working folder that has been removed holds no file: a relative name is
 // refused with that reason, never looked up in "/".
 void TestCliRobustness::workingFolderRemoved() {
     QTemporaryDir dir;
-    const ProcessRun run = runScript(
+    const ProgramRun run = runScript(
         QStringLiteral("cd \"$2\" && mkdir gone && cd gone && rmdir ../gone && exec \"$1\" "
                        "plant.json"),
         dir.path());
     QVERIFY(ranToAnEnd(run));
-    QCOMPARE(run.exitCode, 1);
-    QCOMPARE(run.out, QString());
-    QCOMPARE(withoutWarnings(run.err),
+    QCOMPARE(run.status(), 1);
+    QCOMPARE(run.outText(), QString());
+    QCOMPARE(withoutWarnings(run.errText()),
              QStringLiteral("brevio-convert: plant.json: cannot be opened: the working "
                             "folder no longer exists\n"));
 }
@@ -491,12 +486,12 @@ void TestCliRobustness::lineBreakInName() {
     const QString json = dir.filePath(QStringLiteral("dir/ok.pdf\nx.json"));
     QVERIFY(QFile::copy(example(), json));
     const QString missing = dir.filePath(QStringLiteral("it's\tgone.json"));
-    const ProcessRun run = runProcess(converter(), {json, missing}, headlessEnvironment(), 120000);
+    const ProgramRun run = runProgram(converter(), {json, missing}, headlessEnvironment(), 120000);
     QVERIFY(ranToAnEnd(run));
-    QCOMPARE(run.exitCode, 1);
-    QCOMPARE(run.out,
+    QCOMPARE(run.status(), 1);
+    QCOMPARE(run.outText(),
              QStringLiteral("'") + dir.path() + QStringLiteral("/dir/ok.pdf'$'\\n''x.pdf'\n"));
-    QCOMPARE(withoutWarnings(run.err),
+    QCOMPARE(withoutWarnings(run.errText()),
              QStringLiteral("brevio-convert: '") + dir.path() +
                  QStringLiteral("/it'\\''s'$'\\t''gone.json': cannot be opened: No such "
                                 "file or directory\n"));
@@ -514,15 +509,15 @@ void TestCliRobustness::helpAll() {
     QFETCH(QStringList, arguments);
     QTemporaryDir dir;
     QVERIFY(QFile::copy(example(), dir.filePath(QStringLiteral("a.json"))));
-    const ProcessRun help =
+    const ProgramRun help =
         runScript(QStringLiteral("cd \"$2\" && exec \"$1\" --help"), dir.path());
-    const ProcessRun run = runScript(
+    const ProgramRun run = runScript(
         QStringLiteral("cd \"$2\" && exec \"$1\" ") + arguments.join(QLatin1Char(' ')), dir.path());
     QVERIFY(ranToAnEnd(run));
-    QCOMPARE(run.exitCode, 0);
-    QCOMPARE(withoutWarnings(run.err), QString());
-    QVERIFY(run.out.startsWith(QStringLiteral("Usage: ")));
-    QCOMPARE(run.out, help.out);
+    QCOMPARE(run.status(), 0);
+    QCOMPARE(withoutWarnings(run.errText()), QString());
+    QVERIFY(run.outText().startsWith(QStringLiteral("Usage: ")));
+    QCOMPARE(run.outText(), help.outText());
     QVERIFY(!QFileInfo::exists(dir.filePath(QStringLiteral("a.pdf"))));
 }
 

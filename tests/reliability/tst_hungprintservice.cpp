@@ -7,9 +7,9 @@
 // of its own, started with the same environment) are pointed at it through
 // CUPS_SERVER and must finish in about their usual time.
 
-#include "jobrunner.h"
 #include "pdfreport.h"
 #include "reliability.h"
+#include "testfiles.h"
 
 #include <QFile>
 #include <QTcpServer>
@@ -94,19 +94,19 @@ void TestHungPrintService::brevioConvertDoesNotWait() {
     QTemporaryDir dir;
     const QString json = example(dir.path());
 
-    const ProcessRun usual = runConverter({json}, 120000);
-    QCOMPARE(usual.exitCode, 0);
+    const ProgramRun usual = runConverter({json});
+    QCOMPARE(usual.status(), 0);
 
     SilentService service;
     QVERIFY(service.isListening());
     QVERIFY(QFile::remove(reportPathFor(json)));
-    const ProcessRun hung = runConverter({json}, 120000, pointedAt(service));
+    const ProgramRun hung = runConverter({json}, QString(), pointedAt(service), 120000);
     qInfo("brevio-convert: %lld ms as usual, %lld ms with a hung print service "
           "(%d connections to it)",
           usual.elapsedMs, hung.elapsedMs, service.connections);
-    QVERIFY2(!hung.timedOut && !hung.crashed, qPrintable(hung.describe()));
-    QCOMPARE(hung.exitCode, 0);
-    QCOMPARE(hung.out, reportPathFor(json) + QLatin1Char('\n'));
+    QVERIFY2(hung.finished && !hung.crashed, qPrintable(hung.describe()));
+    QCOMPARE(hung.status(), 0);
+    QCOMPARE(hung.outText(), reportPathFor(json) + QLatin1Char('\n'));
     QVERIFY2(hung.elapsedMs < boundMs, qPrintable(QString::number(hung.elapsedMs)));
     PdfReport report(reportPathFor(json));
     QVERIFY(!report.line(0, QStringLiteral("Name: Lüftung Halle 2 – Zuluft")).isNull());
@@ -121,12 +121,12 @@ void TestHungPrintService::jobDoesNotWait() {
     QVERIFY(service.isListening());
     QProcessEnvironment environment = headlessEnvironment();
     environment.insert(pointedAt(service));
-    const ProcessRun run =
-        runProcess(QStringLiteral(BREVIO_JOBPROBE_BINARY), {json}, environment, 120000);
+    const ProgramRun run =
+        runProgram(QStringLiteral(BREVIO_JOBPROBE_BINARY), {json}, environment, 120000);
     qInfo("job: %lld ms with a hung print service (%d connections to it)", run.elapsedMs,
           service.connections);
-    QVERIFY2(!run.timedOut && !run.crashed, qPrintable(run.describe()));
-    QCOMPARE(run.out.section(QLatin1Char('\n'), 0, 0), QStringLiteral("finished"));
+    QVERIFY2(run.finished && !run.crashed, qPrintable(run.describe()));
+    QCOMPARE(run.outText().section(QLatin1Char('\n'), 0, 0), QStringLiteral("finished"));
     QVERIFY2(run.elapsedMs < boundMs, qPrintable(QString::number(run.elapsedMs)));
     PdfReport report(reportPathFor(json));
     QVERIFY(!report.line(0, QStringLiteral("Name: Lüftung Halle 2 – Zuluft")).isNull());

@@ -10,6 +10,7 @@
 #include "jobrunner.h"
 #include "pdfreport.h"
 #include "reliability.h"
+#include "testfiles.h"
 
 #include <QDir>
 #include <QFile>
@@ -60,13 +61,13 @@ QByteArray readAll(const QString& path) {
 struct ProbeResult {
     QString end;
     QList<int> progress;
-    ProcessRun run;
+    ProgramRun run;
 };
 
 ProbeResult probe(const QStringList& command) {
     ProbeResult result;
-    result.run = runProcess(command.first(), command.mid(1), headlessEnvironment(), 300000);
-    const QStringList lines = result.run.out.split(QLatin1Char('\n'));
+    result.run = runProgram(command.first(), command.mid(1), headlessEnvironment(), 300000);
+    const QStringList lines = result.run.outText().split(QLatin1Char('\n'));
     result.end = result.run.crashed ? QStringLiteral("crashed") : lines.value(0);
     for (const QString& value : lines.value(1).split(QLatin1Char(','), Qt::SkipEmptyParts))
         result.progress.append(value.toInt());
@@ -135,12 +136,12 @@ void TestOutputSafety::reportFolderNotWritable() {
     QVERIFY(!QFileInfo::exists(reportPathFor(json)));
 
     const QStringList command = unprivileged(QStringLiteral(BREVIO_CONVERT_BINARY), {json});
-    const ProcessRun cli =
-        runProcess(command.first(), command.mid(1), headlessEnvironment(), 300000);
-    QVERIFY2(!cli.crashed && !cli.timedOut, qPrintable(cli.describe()));
-    QCOMPARE(cli.exitCode, 1);
-    QCOMPARE(cli.out, QString());
-    QCOMPARE(withoutWarnings(cli.err),
+    const ProgramRun cli =
+        runProgram(command.first(), command.mid(1), headlessEnvironment(), 300000);
+    QVERIFY2(cli.finished && !cli.crashed, qPrintable(cli.describe()));
+    QCOMPARE(cli.status(), 1);
+    QCOMPARE(cli.outText(), QString());
+    QCOMPARE(withoutWarnings(cli.errText()),
              QStringLiteral("brevio-convert: ") + json +
                  QStringLiteral(": report not written: Permission denied\n"));
     QVERIFY(!QFileInfo::exists(reportPathFor(json)));
@@ -173,11 +174,11 @@ void TestOutputSafety::olderReportInFolderNotWritable() {
     QCOMPARE(readAll(report), older);
 
     const QStringList command = unprivileged(QStringLiteral(BREVIO_CONVERT_BINARY), {json});
-    const ProcessRun cli =
-        runProcess(command.first(), command.mid(1), headlessEnvironment(), 300000);
-    QVERIFY2(!cli.crashed && !cli.timedOut, qPrintable(cli.describe()));
-    QCOMPARE(cli.exitCode, 1);
-    QCOMPARE(withoutWarnings(cli.err),
+    const ProgramRun cli =
+        runProgram(command.first(), command.mid(1), headlessEnvironment(), 300000);
+    QVERIFY2(cli.finished && !cli.crashed, qPrintable(cli.describe()));
+    QCOMPARE(cli.status(), 1);
+    QCOMPARE(withoutWarnings(cli.errText()),
              QStringLiteral("brevio-convert: ") + json +
                  QStringLiteral(": report not written: Permission denied (the old report was "
                                 "left in place)\n"));
@@ -198,10 +199,10 @@ void TestOutputSafety::reportNameTakenByFolder() {
     QCOMPARE(QDir(report).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
              QStringList{QStringLiteral("inside.txt")});
 
-    const ProcessRun cli = runConverter({json});
-    QVERIFY2(!cli.crashed && !cli.timedOut, qPrintable(cli.describe()));
-    QCOMPARE(cli.exitCode, 1);
-    QCOMPARE(withoutWarnings(cli.err),
+    const ProgramRun cli = runConverter({json}, QString(), QProcessEnvironment(), 300000);
+    QVERIFY2(cli.finished && !cli.crashed, qPrintable(cli.describe()));
+    QCOMPARE(cli.status(), 1);
+    QCOMPARE(withoutWarnings(cli.errText()),
              QStringLiteral("brevio-convert: ") + json +
                  QStringLiteral(": report not written: Is a directory\n"));
     QVERIFY(QFileInfo(report).isDir());
@@ -234,15 +235,15 @@ void TestOutputSafety::diskFullInProcess() {
 // stands in for a full disk; brevio-convert tells the two apart and names
 // the cap.
 bool convertOnFullDiskIsReported(const QString& json, const QString& reason) {
-    const ProcessRun cli =
-        runProcess(QStringLiteral("prlimit"),
+    const ProgramRun cli =
+        runProgram(QStringLiteral("prlimit"),
                    {QStringLiteral("--fsize=%1").arg(capBytes), QStringLiteral("--"),
                     QStringLiteral(BREVIO_CONVERT_BINARY), json},
                    headlessEnvironment(), 300000);
     const QString expected = QStringLiteral("brevio-convert: ") + json + QStringLiteral(": ") +
                              reason + QLatin1Char('\n');
-    if (cli.crashed || cli.timedOut || cli.exitCode != 1 || !cli.out.isEmpty() ||
-        withoutWarnings(cli.err) != expected) {
+    if (cli.status() != 1 || !cli.outText().isEmpty() ||
+        withoutWarnings(cli.errText()) != expected) {
         qWarning("%s", qPrintable(cli.describe()));
         return false;
     }
@@ -294,11 +295,11 @@ void TestOutputSafety::linkToFullDeviceIsReplaced() {
 
     QVERIFY(QFile::remove(report));
     QVERIFY(QFile::link(QStringLiteral("/dev/full"), report));
-    const ProcessRun cli = runConverter({json});
-    QVERIFY2(!cli.crashed && !cli.timedOut, qPrintable(cli.describe()));
-    QCOMPARE(cli.exitCode, 0);
-    QCOMPARE(cli.out, report + QLatin1Char('\n'));
-    QCOMPARE(withoutWarnings(cli.err), QString());
+    const ProgramRun cli = runConverter({json}, QString(), QProcessEnvironment(), 300000);
+    QVERIFY2(cli.finished && !cli.crashed, qPrintable(cli.describe()));
+    QCOMPARE(cli.status(), 0);
+    QCOMPARE(cli.outText(), report + QLatin1Char('\n'));
+    QCOMPARE(withoutWarnings(cli.errText()), QString());
     QVERIFY(!QFileInfo(report).isSymLink());
     QVERIFY(completePdf(readAll(report)));
 }

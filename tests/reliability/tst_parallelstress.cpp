@@ -7,9 +7,9 @@
 // their places, and every job object must be gone afterwards. The figures
 // (wall time, peak memory) come from stress_convert.
 
-#include "jobrunner.h"
 #include "reliability.h"
 #include "stressfiles.h"
+#include "testfiles.h"
 
 #include "convert/convert.h"
 #include "convert/runonpool.h"
@@ -43,15 +43,16 @@ void TestParallelStress::brevioConvertWithEightJobs() {
     for (const QString& file : files)
         hashes.append(QString::fromLatin1(fileHash(file)));
 
-    const ProcessRun run =
-        runConverter(QStringList{QStringLiteral("--jobs"), QStringLiteral("8")} + files, 900000);
-    QVERIFY2(!run.crashed && !run.timedOut, qPrintable(run.describe()));
-    QCOMPARE(run.exitCode, 0);
-    QCOMPARE(withoutWarnings(run.err), QString());
+    const ProgramRun run =
+        runConverter(QStringList{QStringLiteral("--jobs"), QStringLiteral("8")} + files, QString(),
+                     QProcessEnvironment(), 900000);
+    QVERIFY2(run.finished && !run.crashed, qPrintable(run.describe()));
+    QCOMPARE(run.status(), 0);
+    QCOMPARE(withoutWarnings(run.errText()), QString());
     QStringList expected;
     for (const QString& file : files)
         expected.append(reportPathFor(file));
-    QCOMPARE(run.out.split(QLatin1Char('\n'), Qt::SkipEmptyParts), expected);
+    QCOMPARE(run.outText().split(QLatin1Char('\n'), Qt::SkipEmptyParts), expected);
 
     for (int i = 0; i < fileCount; ++i) {
         const QString problem = stressFiles::problemsInReport(expected[i], files[i], i);

@@ -8,9 +8,9 @@
 // as a user would and checks the files afterwards, byte for byte.
 
 #include "files/filenamecodec.h"
-#include "jobrunner.h"
 #include "pdfreport.h"
 #include "reliability.h"
+#include "testfiles.h"
 
 #include <QDir>
 #include <QFile>
@@ -46,18 +46,18 @@ QString reportedName(const QString& path) {
 }
 
 // brevio-convert run from folder, so that relative names stay relative.
-ProcessRun convertIn(const QString& folder, const QStringList& arguments,
+ProgramRun convertIn(const QString& folder, const QStringList& arguments,
                      const QString& shellPrefix = QString()) {
     const QString script = shellPrefix + QStringLiteral("cd \"$0\" && exec \"$@\"");
-    return runProcess(
+    return runProgram(
         QStringLiteral("bash"),
         QStringList{QStringLiteral("-c"), script, folder, QStringLiteral(BREVIO_CONVERT_BINARY)} +
             arguments,
         headlessEnvironment(), 120000);
 }
 
-bool ranToAnEnd(const ProcessRun& run) {
-    if (run.started && !run.crashed && !run.timedOut)
+bool ranToAnEnd(const ProgramRun& run) {
+    if (run.finished && !run.crashed)
         return true;
     qWarning("%s", qPrintable(run.describe()));
     return false;
@@ -152,11 +152,11 @@ void TestReportPlacement::linkAtReportName() {
                        QFile::encodeName(report).constData()) == 0);
     const QByteArray configuration = fileHash(path(QStringLiteral("c.json")));
 
-    const ProcessRun run = convertIn(dir->path(), {QStringLiteral("c.json")});
+    const ProgramRun run = convertIn(dir->path(), {QStringLiteral("c.json")});
     QVERIFY(ranToAnEnd(run));
-    QCOMPARE(withoutWarnings(run.err), QString());
-    QCOMPARE(run.exitCode, 0);
-    QCOMPARE(run.out, report + QLatin1Char('\n'));
+    QCOMPARE(withoutWarnings(run.errText()), QString());
+    QCOMPARE(run.status(), 0);
+    QCOMPARE(run.outText(), report + QLatin1Char('\n'));
 
     QCOMPARE(fileHash(path(QStringLiteral("c.json"))), configuration);
     QCOMPARE(fileHash(path(QStringLiteral("c.json"))), fileHash(example()));
@@ -236,21 +236,23 @@ void TestReportPlacement::reportsSharedByInputs() {
     // Run many times: a race between two writers of one report would show
     // as a damaged report in some of them.
     for (int attempt = 0; attempt < 5; ++attempt) {
-        const ProcessRun run = convertIn(
+        const ProgramRun run = convertIn(
             dir->path(), QStringList{QStringLiteral("--jobs"), QStringLiteral("4")} + inputs);
         QVERIFY(ranToAnEnd(run));
-        QCOMPARE(run.exitCode, exitCode);
+        QCOMPARE(run.status(), exitCode);
         QString expectedErr;
         for (const QString& notice : notices)
             expectedErr += QStringLiteral("brevio-convert: ") + notice + QLatin1Char('\n');
-        QCOMPARE(withoutWarnings(run.err), expectedErr);
+        QCOMPARE(withoutWarnings(run.errText()), expectedErr);
         for (const QString& warning : sameFileWarnings)
-            QVERIFY2(run.err.contains(QStringLiteral("brevio-convert: ") + warning),
-                     qPrintable(run.err));
-        QCOMPARE(run.err.count(QStringLiteral(": warning: same report as ")),
+            QVERIFY2(run.errText().contains(QStringLiteral("brevio-convert: ") + warning),
+                     qPrintable(run.errText()));
+        QCOMPARE(run.errText().count(QStringLiteral(": warning: same report as ")),
                  sameFileWarnings.size());
-        QVERIFY2(run.out.startsWith(path(report) + QLatin1Char('\n')), qPrintable(run.out));
-        QCOMPARE(run.out.count(path(report) + QLatin1Char('\n')), 1 + sameFileWarnings.size());
+        QVERIFY2(run.outText().startsWith(path(report) + QLatin1Char('\n')),
+                 qPrintable(run.outText()));
+        QCOMPARE(run.outText().count(path(report) + QLatin1Char('\n')),
+                 1 + sameFileWarnings.size());
         QCOMPARE(reportedName(path(report)), name);
         QVERIFY(completePdf(path(report)));
     }
@@ -272,17 +274,17 @@ void TestReportPlacement::dotDotAfterLink() {
               configurationNamed("work plant"));
     QVERIFY(makeLink(QStringLiteral("../real/sub"), path(QStringLiteral("work/lnk"))));
 
-    const ProcessRun run =
+    const ProgramRun run =
         convertIn(path(QStringLiteral("work")), {QStringLiteral("lnk/../plant.json")});
     QVERIFY(ranToAnEnd(run));
-    QCOMPARE(withoutWarnings(run.err), QString());
-    QCOMPARE(run.exitCode, 0);
+    QCOMPARE(withoutWarnings(run.errText()), QString());
+    QCOMPARE(run.status(), 0);
     QCOMPARE(reportedName(path(QStringLiteral("real/plant.pdf"))),
              QStringLiteral("Name: real plant"));
     QVERIFY(!QFileInfo::exists(path(QStringLiteral("work/plant.pdf"))));
     // The path printed leads to the report, read by the system's rules.
-    QVERIFY(run.out.endsWith(QStringLiteral("/lnk/../plant.pdf\n")));
-    QCOMPARE(fileHash(run.out.trimmed()), fileHash(path(QStringLiteral("real/plant.pdf"))));
+    QVERIFY(run.outText().endsWith(QStringLiteral("/lnk/../plant.pdf\n")));
+    QCOMPARE(fileHash(run.outText().trimmed()), fileHash(path(QStringLiteral("real/plant.pdf"))));
 }
 
 void TestReportPlacement::pathsTheSystemRefuses_data() {
@@ -300,12 +302,12 @@ void TestReportPlacement::pathsTheSystemRefuses() {
     QFETCH(QString, given);
     QFETCH(QString, reason);
     QVERIFY(QFile::copy(example(), path(QStringLiteral("a.json"))));
-    const ProcessRun run = convertIn(dir->path(), {given});
+    const ProgramRun run = convertIn(dir->path(), {given});
     QVERIFY(ranToAnEnd(run));
-    QCOMPARE(run.exitCode, 1);
-    QCOMPARE(run.out, QString());
-    QCOMPARE(withoutWarnings(run.err), QStringLiteral("brevio-convert: ") + given +
-                                           QStringLiteral(": ") + reason + QLatin1Char('\n'));
+    QCOMPARE(run.status(), 1);
+    QCOMPARE(run.outText(), QString());
+    QCOMPARE(withoutWarnings(run.errText()), QStringLiteral("brevio-convert: ") + given +
+                                                 QStringLiteral(": ") + reason + QLatin1Char('\n'));
     QCOMPARE(folderEntries(dir->path()), QStringList{QStringLiteral("a.json")});
 }
 
@@ -333,13 +335,13 @@ void TestReportPlacement::namesThatAreNotUtf8() {
     QProcessEnvironment environment = headlessEnvironment();
     environment.insert(QStringLiteral("LC_ALL"), locale);
     environment.insert(QStringLiteral("LANG"), locale);
-    const ProcessRun run =
-        runProcess(QStringLiteral(BREVIO_CONVERT_BINARY),
+    const ProgramRun run =
+        runProgram(QStringLiteral(BREVIO_CONVERT_BINARY),
                    {latin1Folder + QStringLiteral("/anlage.json")}, environment, 120000);
     QVERIFY(ranToAnEnd(run));
-    QCOMPARE(withoutWarnings(run.err), QString());
-    QCOMPARE(run.exitCode, 0);
-    QCOMPARE(QFile::encodeName(run.out), latin1 + "/anlage.pdf\n");
+    QCOMPARE(withoutWarnings(run.errText()), QString());
+    QCOMPARE(run.status(), 0);
+    QCOMPARE(QFile::encodeName(run.outText()), latin1 + "/anlage.pdf\n");
     struct stat info {};
     QVERIFY(::stat((latin1 + "/anlage.pdf").constData(), &info) == 0 && S_ISREG(info.st_mode));
     QVERIFY(::stat((replaced + "/anlage.pdf").constData(), &info) != 0);
@@ -362,10 +364,10 @@ void TestReportPlacement::reportModeFollowsUmask() {
     QFETCH(QString, umask);
     QFETCH(int, mode);
     QVERIFY(QFile::copy(example(), path(QStringLiteral("a.json"))));
-    const ProcessRun run =
+    const ProgramRun run =
         convertIn(dir->path(), {QStringLiteral("a.json")}, QStringLiteral("umask %1; ").arg(umask));
     QVERIFY(ranToAnEnd(run));
-    QCOMPARE(run.exitCode, 0);
+    QCOMPARE(run.status(), 0);
     struct stat info {};
     QVERIFY(::stat(QFile::encodeName(path(QStringLiteral("a.pdf"))).constData(), &info) == 0);
     QCOMPARE(int(info.st_mode & 07777), mode);
@@ -375,10 +377,10 @@ void TestReportPlacement::reportModeFollowsUmask() {
 void TestReportPlacement::fifoAtInputName() {
     const QString fifo = path(QStringLiteral("a.json"));
     QVERIFY(::mkfifo(QFile::encodeName(fifo).constData(), 0644) == 0);
-    const ProcessRun run = convertIn(dir->path(), {QStringLiteral("a.json")});
+    const ProgramRun run = convertIn(dir->path(), {QStringLiteral("a.json")});
     QVERIFY(ranToAnEnd(run));
-    QCOMPARE(run.exitCode, 1);
-    QCOMPARE(withoutWarnings(run.err),
+    QCOMPARE(run.status(), 1);
+    QCOMPARE(withoutWarnings(run.errText()),
              QStringLiteral("brevio-convert: a.json: cannot be opened: not a regular file\n"));
     QCOMPARE(folderEntries(dir->path()), QStringList{QStringLiteral("a.json")});
 }
@@ -387,10 +389,10 @@ void TestReportPlacement::fifoAtInputName() {
 void TestReportPlacement::fifoAtReportName() {
     QVERIFY(QFile::copy(example(), path(QStringLiteral("a.json"))));
     QVERIFY(::mkfifo(QFile::encodeName(path(QStringLiteral("a.pdf"))).constData(), 0644) == 0);
-    const ProcessRun run = convertIn(dir->path(), {QStringLiteral("a.json")});
+    const ProgramRun run = convertIn(dir->path(), {QStringLiteral("a.json")});
     QVERIFY(ranToAnEnd(run));
-    QCOMPARE(withoutWarnings(run.err), QString());
-    QCOMPARE(run.exitCode, 0);
+    QCOMPARE(withoutWarnings(run.errText()), QString());
+    QCOMPARE(run.status(), 0);
     QVERIFY(completePdf(path(QStringLiteral("a.pdf"))));
 }
 
@@ -402,16 +404,16 @@ void TestReportPlacement::noThreadCanBeStarted() {
         QSKIP("an address-space limit stops AddressSanitizer's shadow memory, not the pool");
     QVERIFY(QFile::copy(example(), path(QStringLiteral("a.json"))));
     QVERIFY(QFile::copy(example(), path(QStringLiteral("b.json"))));
-    const ProcessRun run =
+    const ProgramRun run =
         convertIn(dir->path(), {QStringLiteral("a.json"), QStringLiteral("b.json")},
                   QStringLiteral("ulimit -s 4000000; ulimit -v 3000000; "));
     QVERIFY(ranToAnEnd(run));
-    QCOMPARE(run.exitCode, 1);
-    QCOMPARE(run.out, QString());
-    QVERIFY2(run.err.endsWith(QStringLiteral(
+    QCOMPARE(run.status(), 1);
+    QCOMPARE(run.outText(), QString());
+    QVERIFY2(run.errText().endsWith(QStringLiteral(
                  "brevio-convert: a.json: not converted (no thread could be started)\n"
                  "brevio-convert: b.json: not converted (no thread could be started)\n")),
-             qPrintable(run.err));
+             qPrintable(run.errText()));
     QCOMPARE(folderEntries(dir->path()),
              (QStringList{QStringLiteral("a.json"), QStringLiteral("b.json")}));
 }
@@ -432,13 +434,13 @@ void TestReportPlacement::outOfMemory() {
             QVERIFY(huge.write(block) == block.size());
         huge.write("\"}}");
     }
-    const ProcessRun run =
+    const ProgramRun run =
         convertIn(dir->path(), {QStringLiteral("small.json"), QStringLiteral("huge.json")},
                   QStringLiteral("ulimit -v 1200000; "));
     QVERIFY(ranToAnEnd(run));
-    QCOMPARE(run.exitCode, 1);
-    QCOMPARE(run.out, path(QStringLiteral("small.pdf")) + QLatin1Char('\n'));
-    QCOMPARE(withoutWarnings(run.err),
+    QCOMPARE(run.status(), 1);
+    QCOMPARE(run.outText(), path(QStringLiteral("small.pdf")) + QLatin1Char('\n'));
+    QCOMPARE(withoutWarnings(run.errText()),
              QStringLiteral("brevio-convert: huge.json: not converted (out of memory)\n"));
     QVERIFY(!QFileInfo::exists(path(QStringLiteral("huge.pdf"))));
     QCOMPARE(folderEntries(dir->path()),

@@ -11,8 +11,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QProcess>
-#include <QProcessEnvironment>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -61,7 +59,7 @@ void TestWindowsPlatform::initTestCase() {
     QVERIFY2(QFile::exists(converter()), "run tools/build-windows.sh first");
     const ProgramRun version =
         runUnderWine(converter(), {QStringLiteral("--version")}, QDir::tempPath(), 300000);
-    QVERIFY2(version.exitCode == 0, version.err.constData());
+    QVERIFY2(version.status() == 0, version.err.constData());
 }
 
 void TestWindowsPlatform::reportHeldOpen() {
@@ -70,27 +68,29 @@ void TestWindowsPlatform::reportHeldOpen() {
     QTemporaryDir folder;
     QVERIFY(QFile::copy(example(QStringLiteral("pressure-transmitter.json")),
                         folder.filePath(QStringLiteral("p.json"))));
-    QVERIFY(runUnderWine(converter(), {QStringLiteral("p.json")}, folder.path()).exitCode == 0);
+    QVERIFY(runUnderWine(converter(), {QStringLiteral("p.json")}, folder.path()).status() == 0);
     const QString report = folder.filePath(QStringLiteral("p.pdf"));
     const QByteArray older = contentOf(report);
     QVERIFY(older.startsWith("%PDF-"));
 
-    QProcess holder;
-    holder.setProcessEnvironment(wineEnvironment());
-    holder.setWorkingDirectory(folder.path());
-    holder.start(QStringLiteral(BREVIO_WINE),
-                 {QStringLiteral(BREVIO_HOLDFILE), QStringLiteral("p.pdf")});
+    StartedProgram holder(QStringLiteral(BREVIO_WINE),
+                          {QStringLiteral(BREVIO_HOLDFILE), QStringLiteral("p.pdf")},
+                          wineEnvironment(), folder.path());
     QVERIFY(holder.waitForStarted());
     QByteArray said;
-    while (!said.contains('\n') && holder.waitForReadyRead(60000))
-        said += holder.readAllStandardOutput();
+    while (!said.contains('\n')) {
+        const QByteArray more = holder.readOutput(60000);
+        if (more.isEmpty())
+            break;
+        said += more;
+    }
     QCOMPARE(said.trimmed(), QByteArray("held"));
 
     const ProgramRun held = runUnderWine(converter(), {QStringLiteral("p.json")}, folder.path());
-    holder.closeWriteChannel();
-    QVERIFY(holder.waitForFinished(60000));
+    holder.closeInput();
+    QVERIFY(holder.finish(60000).finished);
 
-    QCOMPARE(held.exitCode, 1);
+    QCOMPARE(held.status(), 1);
     QVERIFY2(held.err.contains("brevio-convert: p.json: report not written: "),
              held.err.constData());
     QVERIFY2(held.err.contains("(the old report was left in place)"), held.err.constData());
@@ -99,7 +99,7 @@ void TestWindowsPlatform::reportHeldOpen() {
     QCOMPARE(temporaryFolders(folder.path()), QStringList());
 
     // Once the viewer lets go, the next conversion replaces it.
-    QCOMPARE(runUnderWine(converter(), {QStringLiteral("p.json")}, folder.path()).exitCode, 0);
+    QCOMPARE(runUnderWine(converter(), {QStringLiteral("p.json")}, folder.path()).status(), 0);
     QCOMPARE(temporaryFolders(folder.path()), QStringList());
 }
 
@@ -109,13 +109,13 @@ void TestWindowsPlatform::secondConversionReplacesReport() {
     QTemporaryDir folder;
     QVERIFY(QFile::copy(example(QStringLiteral("pressure-transmitter.json")),
                         folder.filePath(QStringLiteral("p.json"))));
-    QCOMPARE(runUnderWine(converter(), {QStringLiteral("p.json")}, folder.path()).exitCode, 0);
+    QCOMPARE(runUnderWine(converter(), {QStringLiteral("p.json")}, folder.path()).status(), 0);
     QFile report(folder.filePath(QStringLiteral("p.pdf")));
     QVERIFY(report.open(QIODevice::ReadWrite | QIODevice::Truncate));
     report.write("older report");
     report.close();
     const ProgramRun second = runUnderWine(converter(), {QStringLiteral("p.json")}, folder.path());
-    QCOMPARE(second.exitCode, 0);
+    QCOMPARE(second.status(), 0);
     QVERIFY(contentOf(report.fileName()).startsWith("%PDF-"));
     QCOMPARE(temporaryFolders(folder.path()), QStringList());
 }
@@ -134,7 +134,7 @@ void TestWindowsPlatform::namesBeyondTheCodePage() {
     QVERIFY(
         QFile::copy(example(QStringLiteral("pressure-transmitter.json")), folder.filePath(name)));
     const ProgramRun run = runUnderWine(converter(), {name}, folder.path());
-    QVERIFY2(run.exitCode == 0, run.err.constData());
+    QVERIFY2(run.status() == 0, run.err.constData());
     const QString report =
         folder.filePath(QString(name).replace(QLatin1String(".json"), QLatin1String(".pdf")));
     QVERIFY(QFile::exists(report));
@@ -168,7 +168,7 @@ void TestWindowsPlatform::pathSpellings() {
     else
         argument = QStringLiteral("\\\\?\\") + windowsPathOf(file);
     const ProgramRun run = runUnderWine(converter(), {argument}, folder.path());
-    QVERIFY2(run.exitCode == 0, run.err.constData());
+    QVERIFY2(run.status() == 0, run.err.constData());
     QVERIFY(QFile::exists(folder.filePath(QStringLiteral("sub/p.pdf"))));
     QCOMPARE(temporaryFolders(folder.filePath(QStringLiteral("sub"))), QStringList());
 }
@@ -183,7 +183,7 @@ void TestWindowsPlatform::pathBeyond260Characters() {
     QVERIFY(QFile::copy(example(QStringLiteral("pressure-transmitter.json")), file));
     QVERIFY(windowsPathOf(file).size() > 260);
     const ProgramRun run = runUnderWine(converter(), {windowsPathOf(file)}, folder.path());
-    QVERIFY2(run.exitCode == 0, run.err.constData());
+    QVERIFY2(run.status() == 0, run.err.constData());
     QVERIFY(QFile::exists(deep + QStringLiteral("/p.pdf")));
     QCOMPARE(temporaryFolders(deep), QStringList());
 }
@@ -197,7 +197,7 @@ void TestWindowsPlatform::oneReportTwoSpellings() {
     const QString other = windowsPathOf(folder.filePath(QStringLiteral("p.json")));
     const ProgramRun run = runUnderWine(
         converter(), {QStringLiteral("--json"), QStringLiteral("p.json"), other}, folder.path());
-    QVERIFY2(run.exitCode == 0, run.err.constData());
+    QVERIFY2(run.status() == 0, run.err.constData());
     const QList<QByteArray> records = run.out.trimmed().split('\n');
     QCOMPARE(records.size(), 2);
     QVERIFY2(records[1].contains("same report as p.json"), records[1].constData());
@@ -222,7 +222,7 @@ void TestWindowsPlatform::deviceNamesRefused() {
     QVERIFY(
         QFile::copy(example(QStringLiteral("pressure-transmitter.json")), folder.filePath(name)));
     const ProgramRun run = runUnderWine(converter(), {name}, folder.path());
-    QCOMPARE(run.exitCode, 1);
+    QCOMPARE(run.status(), 1);
     QVERIFY2(
         run.err.contains(QStringLiteral("report not written: \"%1\" is a device name on Windows")
                              .arg(report)
@@ -239,14 +239,14 @@ void TestWindowsPlatform::redirectedOutputIsUtf8() {
     QVERIFY(QFile::copy(example(QStringLiteral("multi-page-plant.json")),
                         folder.filePath(QStringLiteral("Ω.json"))));
     const ProgramRun text = runUnderWine(converter(), {QStringLiteral("Ω.json")}, folder.path());
-    QCOMPARE(text.exitCode, 0);
+    QCOMPARE(text.status(), 0);
     QVERIFY2(text.err.contains("Nic\xe2\x80\xa6\""), text.err.constData());
     QVERIFY(!text.err.contains('\x85'));
     QVERIFY(text.out.endsWith("\\\xce\xa9.pdf\n"));
     QVERIFY(!text.out.contains('\r'));
     const ProgramRun json = runUnderWine(
         converter(), {QStringLiteral("--json"), QStringLiteral("Ω.json")}, folder.path());
-    QCOMPARE(json.exitCode, 0);
+    QCOMPARE(json.status(), 0);
     QVERIFY2(json.out.startsWith("{\"file\": \"\xce\xa9.json\""), json.out.constData());
     QVERIFY(json.err.isEmpty());
 }
@@ -274,7 +274,7 @@ void TestWindowsPlatform::staleFoldersOfGoneProcesses() {
     leave(QStringLiteral(".brevio-Gone01"), {QStringLiteral("p.pdf")});
     leave(QStringLiteral(".brevio-Kept01"), {QStringLiteral("p.pdf"), QStringLiteral("notes.txt")});
     const ProgramRun run = runUnderWine(converter(), {QStringLiteral("p.json")}, folder.path());
-    QVERIFY2(run.exitCode == 0, run.err.constData());
+    QVERIFY2(run.status() == 0, run.err.constData());
     QCOMPARE(temporaryFolders(folder.path()), QStringList{QStringLiteral(".brevio-Kept01")});
 }
 

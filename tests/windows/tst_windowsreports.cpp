@@ -14,8 +14,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QProcess>
-#include <QProcessEnvironment>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
@@ -84,7 +82,7 @@ void TestWindowsReports::initTestCase() {
         runUnderWine(windowsProgram(QStringLiteral("src/cli/brevio-convert.exe")),
                      {QStringLiteral("--version")}, QDir::tempPath(), 300000);
     QVERIFY2(version.finished, "brevio-convert.exe --version did not end");
-    QCOMPARE(version.exitCode, 0);
+    QCOMPARE(version.status(), 0);
     QCOMPARE(version.out, QByteArray("brevio-convert " BREVIO_VERSION "\n"));
     // A Windows installation has fonts for Chinese in its font folder, as
     // Debian has WenQuanYi; a new Wine prefix has none, so it gets Debian's.
@@ -118,7 +116,7 @@ void TestWindowsReports::sameReport() {
         windowsProgram(QStringLiteral("src/cli/brevio-convert.exe")), {name}, windowsFolder.path());
     QVERIFY(linux.finished);
     QVERIFY2(windows.finished, "brevio-convert.exe did not end");
-    QCOMPARE(windows.exitCode, linux.exitCode);
+    QCOMPARE(windows.status(), linux.status());
     // Warnings and reasons name the file as given: the same words.
     QCOMPARE(QString::fromUtf8(windows.err), QString::fromUtf8(linux.err));
 
@@ -127,7 +125,7 @@ void TestWindowsReports::sameReport() {
     const QString windowsReport = windowsFolder.filePath(
         QString(name).replace(QLatin1String(".json"), QLatin1String(".pdf")));
     QCOMPARE(QFile::exists(windowsReport), QFile::exists(linuxReport));
-    if (linux.exitCode == 0)
+    if (linux.status() == 0)
         QCOMPARE(QString::fromUtf8(windows.out).trimmed(), windowsPathOf(windowsReport));
     if (!QFile::exists(linuxReport))
         return;
@@ -208,10 +206,7 @@ void TestWindowsReports::sameReport() {
 void TestWindowsReports::archiveChecksHold() {
     // The PDF/A-1b checks of the Linux reports, on reports made by the
     // Windows program (the script runs it through Wine).
-    QProcess check;
-    check.setProcessChannelMode(QProcess::MergedChannels);
-    check.setProcessEnvironment(wineEnvironment());
-    check.start(
+    const ProgramRun check = runProgram(
         QStringLiteral("/usr/bin/python3"),
         {QStringLiteral(BREVIO_SOURCE_DIR "/tests/convert/check-archive.py"),
          QStringLiteral(BREVIO_WINE_CONVERT_SCRIPT),
@@ -222,12 +217,15 @@ void TestWindowsReports::archiveChecksHold() {
                         "/tests/reliability/data/badinput/every-member-string.json"),
          QStringLiteral(BREVIO_SOURCE_DIR
                         "/tests/reliability/data/badinput/configuration-missing.json"),
-         QStringLiteral(BREVIO_SOURCE_DIR "/tests/convert/data/ligature-words.json")});
-    QVERIFY(check.waitForFinished(600000));
-    const QByteArray output = check.readAll();
-    QVERIFY2(check.exitCode() == 0, output.constData());
-    QVERIFY2(output.contains("6 reports checked, 0 failures"), output.constData());
+         QStringLiteral(BREVIO_SOURCE_DIR "/tests/convert/data/ligature-words.json")},
+        wineEnvironment(), 600000);
+    QVERIFY(check.finished);
+    const QByteArray output = check.out + check.err;
+    QVERIFY2(check.status() == 0, output.constData());
+    QVERIFY2(check.out.contains("6 reports checked, 0 failures"), output.constData());
 }
 
-QTEST_GUILESS_MAIN(TestWindowsReports)
+// A GUI application: linked with the report reader, the suite starts as the
+// programs start, and their report fonts need one.
+QTEST_MAIN(TestWindowsReports)
 #include "tst_windowsreports.moc"

@@ -3,34 +3,7 @@
 
 #include "winerun.h"
 
-#include <QDir>
-#include <QProcess>
 #include <QProcessEnvironment>
-
-namespace {
-
-ProgramRun run(const QString& program, const QStringList& arguments,
-               const QProcessEnvironment& environment, const QString& workingFolder,
-               int timeoutMs) {
-    QProcess process;
-    process.setProcessEnvironment(environment);
-    process.setWorkingDirectory(workingFolder);
-    process.start(program, arguments);
-    ProgramRun result;
-    if (!process.waitForStarted(timeoutMs))
-        return result;
-    result.finished = process.waitForFinished(timeoutMs);
-    if (!result.finished) {
-        process.kill();
-        process.waitForFinished();
-    }
-    result.exitCode = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-    result.out = process.readAllStandardOutput();
-    result.err = process.readAllStandardError();
-    return result;
-}
-
-} // namespace
 
 QProcessEnvironment wineEnvironment() {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
@@ -45,15 +18,15 @@ QProcessEnvironment wineEnvironment() {
 
 ProgramRun runUnderWine(const QString& program, const QStringList& arguments,
                         const QString& workingFolder, int timeoutMs) {
-    return run(QStringLiteral(BREVIO_WINE), QStringList{program} + arguments, wineEnvironment(),
-               workingFolder, timeoutMs);
+    return runProgram(QStringLiteral(BREVIO_WINE), QStringList{program} + arguments,
+                      wineEnvironment(), timeoutMs, workingFolder);
 }
 
 ProgramRun runNative(const QString& program, const QStringList& arguments,
                      const QString& workingFolder, int timeoutMs) {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
-    return run(program, arguments, environment, workingFolder, timeoutMs);
+    return runProgram(program, arguments, environment, timeoutMs, workingFolder);
 }
 
 QString windowsProgram(const QString& name) {

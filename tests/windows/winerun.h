@@ -4,18 +4,11 @@
 #ifndef BREVIO_TESTS_WINERUN_H
 #define BREVIO_TESTS_WINERUN_H
 
-#include <QByteArray>
+#include "runprogram.h"
+
 #include <QProcessEnvironment>
 #include <QString>
 #include <QStringList>
-
-// What a program run to its end printed and returned.
-struct ProgramRun {
-    int exitCode = -1;
-    bool finished = false;
-    QByteArray out;
-    QByteArray err;
-};
 
 // Runs a Windows program of build-windows under wine64, in a Wine prefix of
 // the suite's own (made on the first run), from the folder workingFolder.
