@@ -62,7 +62,10 @@ public:
     // written there when converted(). The one place that derives it, so
     // that whoever started the job names the file it really wrote.
     QString reportPath;
-    // The system's words for the failure (strerror), where there are any.
+    // The words that go with the reason, where there are any: the
+    // system's (strerror) for a file that could not be opened or written,
+    // the exception's for UnexpectedError, the other configuration's name
+    // for ReportTaken.
     QString detail;
     // True when the report could not be written and a regular file of an
     // earlier conversion still stands at the report's name.

@@ -37,13 +37,19 @@ QByteArray paths(std::initializer_list<QByteArray> list) {
     return message;
 }
 
-// A socket file that nobody listens on any more, as a killed window leaves.
-bool leaveStaleSocket(const QString& path) {
-    const int descriptor = ::socket(AF_UNIX, SOCK_STREAM, 0);
+// The address of the local socket at path.
+sockaddr_un addressOf(const QString& path) {
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
     const QByteArray bytes = QFile::encodeName(path);
     qstrncpy(address.sun_path, bytes.constData(), sizeof address.sun_path);
+    return address;
+}
+
+// A socket file that nobody listens on any more, as a killed window leaves.
+bool leaveStaleSocket(const QString& path) {
+    const int descriptor = ::socket(AF_UNIX, SOCK_STREAM, 0);
+    sockaddr_un address = addressOf(path);
     const bool bound =
         ::bind(descriptor, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0 &&
         ::listen(descriptor, 1) == 0;
@@ -78,10 +84,7 @@ QFuture<Sent> timedHandOver(const QString& socket, const QStringList& files) {
 // A start's end of the connection, held open by the test itself.
 int connectTo(const QString& path) {
     const int descriptor = ::socket(AF_UNIX, SOCK_STREAM, 0);
-    sockaddr_un address{};
-    address.sun_family = AF_UNIX;
-    const QByteArray bytes = QFile::encodeName(path);
-    qstrncpy(address.sun_path, bytes.constData(), sizeof address.sun_path);
+    sockaddr_un address = addressOf(path);
     if (::connect(descriptor, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0) {
         ::close(descriptor);
         return -1;

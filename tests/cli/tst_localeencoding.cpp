@@ -40,6 +40,24 @@ QByteArray configurationNamed(const QString& name) {
         .toJson();
 }
 
+// brevio-convert as the user nobody in the Latin-1 locale, from folder,
+// converting a.json there into the folder closed/, which nobody may write
+// to: the system refuses with "Permission non accordée".
+ProgramRun intoClosedFolder(const QString& folder, const QStringList& options) {
+    const QString file = writeFile(folder, QStringLiteral("a.json"), "{\"configuration\": {}}");
+    const QString closed = folder + QStringLiteral("/closed");
+    if (!QDir().mkdir(closed) ||
+        !QFile::setPermissions(closed, QFile::ReadOwner | QFile::ExeOwner | QFile::ReadOther |
+                                           QFile::ExeOther) ||
+        !QFile::setPermissions(file, QFile::permissions(file) | QFile::ReadOther))
+        return ProgramRun();
+    openForEveryone(folder);
+    const QStringList command =
+        unprivileged(converterProgram(),
+                     options + QStringList{QStringLiteral("-o"), closed, QStringLiteral("a.json")});
+    return runProgram(command.first(), command.mid(1), latinEnvironment(), 120000, folder);
+}
+
 } // namespace
 
 class TestLocaleEncoding : public QObject {
@@ -79,16 +97,7 @@ void TestLocaleEncoding::toolkitTakesEveryLocaleForUtf8() {
 // reason is the French text, not "\udce9" escapes of its Latin-1 bytes.
 void TestLocaleEncoding::jsonReasonIsText() {
     QTemporaryDir dir;
-    const QString file = writeFile(dir.path(), QStringLiteral("a.json"), "{}");
-    const QString closed = dir.filePath(QStringLiteral("closed"));
-    QVERIFY(QDir().mkdir(closed));
-    QVERIFY(QFile::setPermissions(closed, QFile::ReadOwner | QFile::ExeOwner | QFile::ReadOther |
-                                              QFile::ExeOther));
-    openForEveryone(dir.path());
-    QVERIFY(QFile::setPermissions(file, QFile::permissions(file) | QFile::ReadOther));
-    const QStringList command =
-        unprivileged(converter, {QStringLiteral("--json"), QStringLiteral("-o"), closed, file});
-    const ProgramRun run = runProgram(command.first(), command.mid(1), latinEnvironment());
+    const ProgramRun run = intoClosedFolder(dir.path(), {QStringLiteral("--json")});
     QCOMPARE(run.status(), 1);
     QVERIFY2(!run.out.contains("\\udc"), run.out.constData());
     const QJsonObject record = QJsonDocument::fromJson(run.out).object();
@@ -98,17 +107,7 @@ void TestLocaleEncoding::jsonReasonIsText() {
 
 void TestLocaleEncoding::textReasonInTheLocale() {
     QTemporaryDir dir;
-    const QString file = writeFile(dir.path(), QStringLiteral("a.json"), "{\"configuration\": {}}");
-    const QString closed = dir.filePath(QStringLiteral("closed"));
-    QVERIFY(QDir().mkdir(closed));
-    QVERIFY(QFile::setPermissions(closed, QFile::ReadOwner | QFile::ExeOwner | QFile::ReadOther |
-                                              QFile::ExeOther));
-    openForEveryone(dir.path());
-    QVERIFY(QFile::setPermissions(file, QFile::permissions(file) | QFile::ReadOther));
-    const QStringList command =
-        unprivileged(converter, {QStringLiteral("-o"), closed, QStringLiteral("a.json")});
-    const ProgramRun run =
-        runProgram(command.first(), command.mid(1), latinEnvironment(), 120000, dir.path());
+    const ProgramRun run = intoClosedFolder(dir.path(), {});
     QCOMPARE(run.status(), 1);
     QCOMPARE(run.err, QByteArray("brevio-convert: a.json: report not written: Permission non "
                                  "accord\xe9"
